@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "analysis/section_parameters.h"
+
+#include "base/elementary.h"
+#include "base/fault.h"
+#include "base/number_text.h"
+
+namespace torvik::analysis {
+
+namespace {
+
+using base::divide;
+using base::finite;
+
+double square(double x) {
+  return base::power(x, 2);
+}
+
+/// Runs `add` as often as the row says: a row that stands for n objects is summed n times, one by one.
+template <class Row, class Add>
+void overEach(const std::vector<Row>& rows, Add&& add) {
+  for (const Row& row : rows)
+    for (int n = 0; n < row.Number; ++n) add(row);
+}
+
+void setModuli(SectionParameterRow& row, double centroid) {
+  row.ZTop = divide(row.I, centroid, "Z' = I / y' (y' is the centroid's depth from the datum)");
+  row.ZBottom = divide(row.I, row.yBottom, "Z = I / y");
+  row.EI = finite(row.E * row.I, "EI");
+  row.EA = finite(row.E * row.A, "EA");
+}
+
+/// Names the row in a fault of its calculation.
+template <class Calculation>
+auto inRow(int row, Calculation&& calculation) {
+  try {
+    return calculation();
+  } catch (const base::NumericFault& fault) {
+    throw fault.within("row \"" + std::string(sectionParameterLetter(row)) + "\"");
+  }
+}
+
+}  // namespace
+
+std::array<std::string_view, 11> sectionParameterHeadings() {
+  return {"Section", "A", "y'", "y", "I", "Z'", "Z", "E", "EI", "EA", "Note"};
+}
+
+std::string_view sectionParameterLetter(int row) {
+  static constexpr std::array<std::string_view, 5> kLetters = {"g", "c", "t", "d", "e"};
+  return kLetters.at(static_cast<std::size_t>(row));
+}
+
+std::string_view sectionParameterNote(int row) {
+  static constexpr std::array<std::string_view, 5> kNotes = {
+      "Solid", "Solid - Bars - Ducts", "Solid - Bars - Tendons", "Solid - Bars - Ducts + Eq.Bars",
+      "Solid - Bars - Tendons + Eq.Bars + Eq.Tendons"};
+  return kNotes.at(static_cast<std::size_t>(row));
+}
+
+void SetBeamExtent(model::ObjectTables& job, Host& host) {
+  if (job.Beams.empty())
+    throw base::NumericFault(base::NumericFault::Kind::IndexOutOfRange, "no beam in use");
+  if (job.Solids.empty())
+    throw base::NumericFault(base::NumericFault::Kind::IndexOutOfRange, "no solid in use");
+  model::BeamObject& beam = job.Beams.front();
+  beam.BeamTop = beam.BeamBottom = job.Solids.front().Depth;
+  for (const model::SolidObject& solid : job.Solids) {
+    if (solid.Depth - solid.Height / 2 < beam.BeamTop) beam.BeamTop = solid.Depth - solid.Height / 2;
+    if (solid.Height / 2 + solid.Depth > beam.BeamBottom) beam.BeamBottom = solid.Height / 2 + solid.Depth;
+  }
+  host.setPanel(Panel::BeamTop, base::scientificText(beam.BeamTop));
+  host.setPanel(Panel::BeamBottom, base::scientificText(beam.BeamBottom));
+}
+
+SectionParameterTable SectionParameters(model::ObjectTables& job, Host& host) {
+  using Table = SectionParameterTable;
+  Table table;
+  auto& [g, c, t, d, x] = table.rows;
+
+  SetBeamExtent(job, host);
+  const double bottom = job.Beams.front().BeamBottom;
+
+  // Gross solid. yTop holds the depth of the centroid from the datum until the end.
+  inRow(Table::G, [&] {
+    double S = 0;
+    double Q = 0;
+    overEach(job.Solids, [&](const model::SolidObject& solid) {
+      g.A += solid.Area;
+      S += solid.Area * solid.Depth;
+      Q += solid.ElasticModulus * solid.Area;
+    });
+    g.yTop = divide(S, g.A, "y' = S / A");
+    g.yBottom = bottom - g.yTop;
+    g.E = divide(Q, g.A, "E = sum of E A / A");
+    overEach(job.Solids, [&](const model::SolidObject& solid) {
+      g.I += base::power(solid.Height, 3) * solid.Width / 12;
+      g.I += square(solid.Depth - g.yTop) * solid.Area;
+    });
+    setModuli(g, g.yTop);
+  });
+
+  double B = 0, Bm = 0, Be = 0;
+  overEach(job.Bars, [&](const model::BarObject& bar) {
+    B += bar.Area;
+    Bm += bar.Area * bar.Depth;
+    Be += bar.Area * g.E;
+  });
+  double P = 0, H = 0, Pm = 0, Hm = 0, Pe = 0, He = 0;
+  overEach(job.Tendons, [&](const model::TendonObject& tendon) {
+    P += tendon.Area;
+    H += tendon.SheathArea;
+    Pm += tendon.Depth * tendon.Area;
+    Hm += tendon.SheathDepth * tendon.SheathArea;
+    Pe += tendon.Area * g.E;
+    He += tendon.SheathArea * g.E;
+  });
+
+  inRow(Table::C, [&] {
+    c.A = g.A - B - H;
+    c.yTop = divide(g.A * g.yTop - Bm - Hm, c.A, "y' = (Ag y'g - Bm - Hm) / A");
+    c.yBottom = bottom - c.yTop;
+    c.E = divide(g.E * g.A - Be - He, c.A, "E = (Eg Ag - Be - He) / A");
+  });
+  inRow(Table::T, [&] {
+    t.A = g.A - B - P;
+    t.yTop = divide(g.A * g.yTop - Bm - Pm, t.A, "y' = (Ag y'g - Bm - Pm) / A");
+    t.yBottom = bottom - t.yTop;
+    t.E = divide(g.E * g.A - Be - Pe, t.A, "E = (Eg Ag - Be - Pe) / A");
+  });
+
+  double Bc = 0, Bt = 0;
+  overEach(job.Bars, [&](const model::BarObject& bar) {
+    Bc += square(c.yTop - bar.Depth) * bar.Area;
+    Bt += square(t.yTop - bar.Depth) * bar.Area;
+  });
+  double Hc = 0, Pt = 0;
+  overEach(job.Tendons, [&](const model::TendonObject& tendon) {
+    Hc += square(c.yTop - tendon.SheathDepth) * tendon.SheathArea;
+    Pt += square(t.yTop - tendon.Depth) * tendon.Area;
+  });
+  inRow(Table::C, [&] {
+    c.I = square(g.yTop - c.yTop) * g.A + g.I - Bc - Hc;
+    setModuli(c, c.yTop);
+  });
+  inRow(Table::T, [&] {
+    t.I = square(g.yTop - t.yTop) * g.A + g.I - Bt - Pt;
+    setModuli(t, t.yTop);
+  });
+
+  if (g.E == 0) {
+    host.showMessage(
+        "Warning: Avarage elastic modulus of solid is 0.\rEquivalent sections calculations are skipped.");
+  } else {
+    double Bn = 0, Bnm = 0, Bne = 0;
+    overEach(job.Bars, [&](const model::BarObject& bar) {
+      const double ns = bar.ElasticModulus / g.E;
+      Bn += ns * bar.Area;
+      Bnm += ns * bar.Area * bar.Depth;
+      Bne += bar.ElasticModulus * bar.Area;
+    });
+    double Pn = 0, Pnm = 0, Pne = 0;
+    overEach(job.Tendons, [&](const model::TendonObject& tendon) {
+      const double np = tendon.ElasticModulus / g.E;
+      Pn += np * tendon.Area;
+      Pnm += np * tendon.Area * tendon.Depth;
+      Pne += tendon.Area * tendon.ElasticModulus;
+    });
+    inRow(Table::D, [&] {
+      d.A = c.A + Bn;
+      d.yTop = divide(c.A * c.yTop + Bnm, d.A, "y' = (Ac y'c + Bnm) / A");
+      d.yBottom = bottom - d.yTop;
+      d.E = divide(c.E * c.A + Bne, d.A, "E = (Ec Ac + Bne) / A");
+    });
+    inRow(Table::X, [&] {
+      x.A = t.A + Bn + Pn;
+      x.yTop = divide(t.A * t.yTop + Bnm + Pnm, x.A, "y' = (At y't + Bnm + Pnm) / A");
+      x.yBottom = bottom - x.yTop;
+      x.E = divide(t.E * t.A + Bne + Pne, x.A, "E = (Et At + Bne + Pne) / A");
+    });
+
+    double Bd = 0, Bx = 0;
+    overEach(job.Bars, [&](const model::BarObject& bar) {
+      const double ns = bar.ElasticModulus / g.E;
+      Bd += square(d.yTop - bar.Depth) * ns * bar.Area;
+      Bx += square(x.yTop - bar.Depth) * ns * bar.Area;
+    });
+    double Px = 0;
+    overEach(job.Tendons, [&](const model::TendonObject& tendon) {
+      const double np = tendon.ElasticModulus / g.E;
+      Px += square(x.yTop - tendon.Depth) * np * tendon.Area;
+    });
+    inRow(Table::D, [&] {
+      d.I = square(c.yTop - d.yTop) * c.A + c.I + Bd;
+      setModuli(d, d.yTop);
+    });
+    inRow(Table::X, [&] {
+      x.I = square(t.yTop - x.yTop) * t.A + t.I + Bx + Px;
+      setModuli(x, x.yTop);
+    });
+  }
+
+  for (SectionParameterRow& row : table.rows) row.yTop -= job.Beams.front().BeamTop;
+  return table;
+}
+
+}  // namespace torvik::analysis

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Installs the packages that the build needs (only those that are missing) and configures build/release.
+# Sourced by run and check from the top of the repository.
+set -euo pipefail
+
+packages=(locales g++ cmake ninja-build libfmt-dev libcli11-dev libgtest-dev libbenchmark-dev)
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  echo "Installing: ${missing[*]}"
+  "${as_root[@]}" apt-get update -qq
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+configure() {
+  local log
+  mkdir -p build/release
+  log=build/release/configure.log
+  cmake --preset release "$@" >"$log" 2>&1 || { cat "$log"; return 1; }
+}
