@@ -86,10 +86,9 @@ void BeamResponse::update(const MomentCurvature& relation, int Step, double base
   m_rotation = 0;
   for (std::size_t i = 0; i < m_moment.size(); ++i) {
     double& M = m_moment[i];
+    M = moment;
     if (m_flexuralSpan / 2 <= place(i))
-      M = moment - (place(i) - m_flexuralSpan / 2) * slopeOfMoment;
-    else
-      M = moment;
+      M = base::finite(moment - (place(i) - m_flexuralSpan / 2) * slopeOfMoment, "moment along the beam");
 
     m_curvature[i] = baseCurvature;
     const auto from = static_cast<std::size_t>(m_bracket[i]);

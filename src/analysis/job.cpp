@@ -69,7 +69,8 @@ class Solver {
         m_control(control),
         m_host(host),
         m_sinks(sinks),
-        m_state(job, context) {}
+        m_state(job, context),
+        m_beam(job.Beams.empty() ? model::BeamObject{} : job.Beams.front()) {}
 
   JobOutcome run();
 
@@ -146,7 +147,7 @@ class Solver {
   std::vector<OutputStrain> m_outputs;
   std::vector<std::string> m_headings;
   std::vector<double> m_row;
-  BeamResponse* m_beam = nullptr;
+  BeamResponse m_beam;
 };
 
 JobOutcome Solver::run() {
@@ -305,8 +306,6 @@ void Solver::load() {
   m_row.resize(m_headings.size());
   m_peakText = base::scientificText(0);
   m_host.setPanel(Panel::Mu, m_peakText);
-  BeamResponse beam(m_job.Beams.front());
-  m_beam = &beam;
   double imposedCurvature = 0;
 
   for (m_step = 0;; ++m_step) {
@@ -319,7 +318,7 @@ void Solver::load() {
     const double Moment = m_forces.SectionMoment;
     const double Curvature = (m_axialCurvature + m_tendonCurvature) + imposedCurvature;
     m_relation.append(Moment, Curvature);
-    beam.update(m_relation, m_step, m_axialCurvature + m_tendonCurvature);
+    m_beam.update(m_relation, m_step, m_axialCurvature + m_tendonCurvature);
 
     if (base::numberOf(m_peakText, "panel Mu") < Moment) {
       m_peakText = base::scientificText(Moment);
@@ -327,7 +326,7 @@ void Solver::load() {
     }
     writeRow();
     refreshViews();
-    tell([&](Sink& sink) { sink.loadStep({m_step, Moment, Curvature, beam}); });
+    tell([&](Sink& sink) { sink.loadStep({m_step, Moment, Curvature, m_beam}); });
     ++m_rowsDone;
 
     imposedCurvature = nextCurvature(imposedCurvature);
@@ -355,7 +354,7 @@ void Solver::searchLoading(double imposedCurvature) {
 
 void Solver::writeRow() {
   const std::size_t last = m_relation.size() - 1;
-  const double first[] = {m_beam->Load(),          m_beam->Displacement(),
+  const double first[] = {m_beam.Load(),          m_beam.Displacement(),
                           m_relation.Moment(last), m_relation.Curvature(last),
                           m_neutralAxis,           m_forces.CompressionForce};
   std::copy(std::begin(first), std::end(first), m_row.begin());

@@ -26,7 +26,7 @@ struct LoadStep {
   int Step = 0;
   double Moment = 0;     ///< [N mm]
   double Curvature = 0;  ///< reported: with that of prestress and axial force [1/mm]
-  const BeamResponse& beam;
+  const BeamResponse& beam;  ///< stands until `jobOver` returns, each step writes it anew
 };
 
 /// A watched strain that crossed its watch value.

@@ -64,20 +64,37 @@ bool readsBack(double value, std::string_view text) {
   return std::abs(value) < kSafeNumber || base::toNumber(text).has_value();
 }
 
+/// Reads a value by the kind of its field.
+template <class Row>
+class FieldReader {
+ public:
+  FieldReader(const base::ProfileFile& file, std::string_view section, const Field<Row>& field)
+      : m_file(file), m_section(section), m_field(field) {}
+
+  void into(std::int16_t& value) const {
+    value = m_file.ProfileGetInt16(m_section, m_field.key, std::get<std::int16_t>(m_field.defaultValue));
+  }
+  void into(double& value) const {
+    value = m_file.ProfileGetDouble(m_section, m_field.key, std::get<double>(m_field.defaultValue));
+  }
+  void into(std::string& value) const {
+    // As `ProfileGetString`, but into the storage that the row has.
+    value = m_file.find(m_section, m_field.key).value_or(std::get<std::string_view>(m_field.defaultValue));
+  }
+
+ private:
+  const base::ProfileFile& m_file;
+  std::string_view m_section;
+  const Field<Row>& m_field;
+};
+
 }  // namespace
 
 template <class Row>
 void readRow(const base::ProfileFile& file, std::string_view section, Row& row) {
   for (const Field<Row>& field : fieldsOf<Row>()) {
-    if (const auto* const integer = std::get_if<typename Field<Row>::Integer>(&field.member)) {
-      row.** integer = file.ProfileGetInt16(section, field.key, std::get<std::int16_t>(field.defaultValue));
-    } else if (const auto* const number = std::get_if<typename Field<Row>::Number>(&field.member)) {
-      row.** number = file.ProfileGetDouble(section, field.key, std::get<double>(field.defaultValue));
-    } else {
-      // `ProfileGetString`, into the storage that the row has.
-      row.*std::get<typename Field<Row>::Text>(field.member) =
-          file.find(section, field.key).value_or(std::get<std::string_view>(field.defaultValue));
-    }
+    const FieldReader<Row> read(file, section, field);
+    std::visit([&](auto member) { read.into(row.*member); }, field.member);
   }
   if constexpr (std::is_same_v<Row, BeamObject>) row.BeamTop = row.BeamBottom = 0;
 }
@@ -86,8 +103,7 @@ template <class Row>
 void writeRow(base::ProfileFile& file, std::string_view section, const Row& row) {
   for (const Field<Row>& field : fieldsOf<Row>()) {
     const std::string text = textOf(row, field);
-    const auto* const number = std::get_if<typename Field<Row>::Number>(&field.member);
-    if (number != nullptr && !readsBack(row.**number, text)) {
+    if (field.isNumber() && !readsBack(row.*std::get<typename Field<Row>::Number>(field.member), text)) {
       throw base::InputError::ofKey(file.name(), section, field.key, text,
                                     "a number that a file can hold, below 1.797E+308");
     }

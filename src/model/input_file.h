@@ -30,19 +30,17 @@ class InputFileFrame {
 };
 
 /// Reads the five tables.
-/// @return false where no file of that name is there (a directory is none): the frame is told, no table is
-/// touched
+/// @return false where no file of that name is there (a directory is none): the frame is told, and no table
+///         is touched
 /// @throws InputError that names file, section, key and value: text where a number belongs, an integer beyond
-/// 16 bits,
-///         a negative row count. The tables are then filled up to the fault. Also for a file that can not be
-///         read: the document is then as it was.
+///         16 bits, a negative row count. The tables are then filled up to the fault.
+/// @throws InputError where the file can not be read; the document is then as it was
 bool ReadInputFile(Document& document, InputFileFrame& frame, const std::string& path);
 
 /// Writes the five tables over the file's present content: sections above the new row counts stay.
 /// @throws InputError where the file can not be read or written, a text holds a line end or NUL, or a number
-/// is too
-///         large for its text. File and document are then as they were, so the edits still count as unsaved;
-///         the frame has taken the path already.
+///         is too large for its text. File and document are then as they were, so that the edits still count
+///         as unsaved; the frame has taken the path already.
 void WriteInputFile(Document& document, InputFileFrame& frame, const std::string& path);
 
 /// The reading and writing of one row, for files and for default rows. Instantiated for the five records.

@@ -32,10 +32,17 @@ double TaperWidth(double w1, double w2, double h, double top, double d);
 /// @throws NumericFault InvalidOperation where d lies outside the ellipse, DivisionByZero where h is 0
 double EllipseWidth(double w, double h, double top, double d);
 
-/// Appends one default row a strip to `tables.Solids`, with `Height`, `Depth`, `Width` and `Area` set, and
-/// `Number` 2 for the pairs beside a hollow.
-/// @return false where the shape is invalid (a negative strip count, or a negative width): no row was added
-/// @throws NumericFault as the widths, and Overflow beyond 32767 strips; no row was added
+/// Appends one default row a strip to `tables.Solids`, from the top downward, with `Height`, `Depth`, `Width`
+/// and `Area` set: of one piece where the strip is the pair beside a hollow, whose `Number` is 2. `Number` is
+/// 1 throughout a section without a hollow; above and below a hollow it is that of the default row.
+///
+/// A zone lower than the target height of a strip gets none and stays a gap, so that a valid shape may bring
+/// no row at all.
+/// @return false where the shape is invalid (a negative strip count or width): no row was added
+/// @throws NumericFault as the widths, DivisionByZero for 0 strips in number mode, Overflow where the table
+///         would hold more than 32767 rows; no row was added
+/// @throws InputError of the key for a default that its field can not hold; no row was added
+/// @throws InternalError 51 for a shape or mode outside the lists; no row was added
 bool GenerateFibers(const SectionShape& shape, model::ObjectTables& tables,
                     const base::ProfileFile& settings);
 

@@ -86,7 +86,6 @@ class Desk : public materials::ConfinementPrompt {
 /// A double that faults at the first operation that divides by zero or leaves the finite numbers.
 class Real {
  public:
-  // NOLINTNEXTLINE(google-explicit-constructor)
   Real(double value = 0) : m_value(value) {
     if (std::isnan(value)) throw base::NumericFault(base::NumericFault::Kind::InvalidOperation, "reference");
     if (std::isinf(value)) throw base::NumericFault(base::NumericFault::Kind::Overflow, "reference");
@@ -390,8 +389,8 @@ class Job {
     throw base::InternalError(base::kImpossibleCase, "Prestressing");
   }
 
-  /// @param added  of a depth: what a solid's strain gains; steel loses it
-  /// @param lever  of a depth; used where `withMoment`
+  /// @param solid, steel  (row) -> strain
+  /// @param lever         (depth) -> arm of the moment; used where `withMoment`
   template <class Solid, class Steel, class Lever>
   void evaluate(Stage stage, Solid&& solid, Steel&& steel, Lever&& lever, bool withMoment) {
     m_compression = 0;
