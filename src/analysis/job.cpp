@@ -169,7 +169,7 @@ JobOutcome Solver::run() {
     outcome.message = m_place + ": " + fault.what();
   } catch (const base::InternalError& error) {
     outcome.end = End::InternalError;
-    outcome.message = m_place + ": internal error " + base::plainText(error.number()) + ": " + error.what();
+    outcome.message = m_place + ": " + error.what();
   } catch (const base::InputError& error) {
     outcome.end = End::InputError;
     outcome.message = error.what();

@@ -115,7 +115,7 @@ void SectionState::findStresses(Table<Law>& table) {
     } catch (const NumericFault& fault) {
       throw fault.within(nameOfRow(table.name, i));
     } catch (const base::InternalError& error) {
-      throw base::InternalError(error.number(), nameOfRow(table.name, i) + ": " + error.what());
+      throw error.within(nameOfRow(table.name, i));
     }
   }
 }
@@ -247,7 +247,7 @@ double SectionState::tendonStress(std::size_t row, double strain) {
       } catch (const NumericFault& fault) {
         throw fault.within(nameOfRow("Tendon", row));
       } catch (const base::InternalError& error) {
-        throw base::InternalError(error.number(), nameOfRow("Tendon", row) + ": " + error.what());
+        throw error.within(nameOfRow("Tendon", row));
       }
     }
   throw base::InternalError(base::kImpossibleCase, nameOfRow("Tendon", row));

@@ -32,7 +32,11 @@ std::string printable(std::string_view text) {
 }
 
 InternalError::InternalError(int number, const std::string& what)
-    : std::logic_error(fmt::format("Internal error {}: {}", number, what)), m_number(number) {}
+    : std::logic_error(fmt::format("Internal error {}: {}", number, what)), m_number(number), m_case(what) {}
+
+InternalError InternalError::within(const std::string& place) const {
+  return InternalError(m_number, fmt::format("{}: {}", place, m_case));
+}
 
 InputError InputError::ofKey(std::string_view file, std::string_view section, std::string_view key,
                              std::string_view value, std::string_view expected) {

@@ -29,12 +29,12 @@ bool isPlainLaw(const Laws& laws) {
 }
 
 template <class Laws>
-double stressOf(Laws& laws, double strain, const char* kind, UserCurveCache& files,
+double stressOf(Laws& laws, double strain, UserCurveCache& files,
                 StressStrainContext& context) {
   return std::visit(
       [&]<class Law>(Law& law) -> double {
         if constexpr (std::is_same_v<Law, laws::Unknown>) {
-          throw base::InternalError(base::kImpossibleCase, std::string(kind) + ": Type \"" + law.Type + "\"");
+          throw base::InternalError(base::kImpossibleCase, "Type \"" + law.Type + "\"");
         } else if constexpr (std::is_same_v<Law, laws::UserFile>) {
           return files.stress(strain, law.File, context.report);
         } else {
@@ -106,7 +106,7 @@ bool SolidLaw::isPlain() const {
 }
 
 double SolidLaw::stress(double strain, StressStrainContext& context) {
-  return stressOf(m_law, strain, "Solid", context.solidFiles, context);
+  return stressOf(m_law, strain, context.solidFiles, context);
 }
 
 void SolidLaw::stresses(std::span<const double> strains, std::span<double> out) const {
@@ -135,7 +135,7 @@ bool BarLaw::isPlain() const {
 }
 
 double BarLaw::stress(double strain, StressStrainContext& context) {
-  return stressOf(m_law, strain, "Bar", context.barFiles, context);
+  return stressOf(m_law, strain, context.barFiles, context);
 }
 
 void BarLaw::stresses(std::span<const double> strains, std::span<double> out) const {
@@ -164,7 +164,7 @@ bool TendonLaw::isPlain() const {
 }
 
 double TendonLaw::stress(double strain, StressStrainContext& context) {
-  return stressOf(m_law, strain, "Tendon", context.tendonFiles, context);
+  return stressOf(m_law, strain, context.tendonFiles, context);
 }
 
 void TendonLaw::stresses(std::span<const double> strains, std::span<double> out) const {
