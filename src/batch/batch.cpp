@@ -41,6 +41,7 @@ bool printModels(const Request& request, const base::ProfileFile& settings, std:
       if (request.stressStrain) text += stressStrainText(path, request, settings);
       if (request.models.size() > 1) out << path << "\n";
       out << text;
+      std::replace(warnings.begin(), warnings.end(), '\r', ' ');
       if (!warnings.empty()) err << "torvik-batch: " << path << ": " << warnings << "\n";
     } catch (const std::exception& error) {
       err << "torvik-batch: " << path << ": " << error.what() << "\n";

@@ -23,5 +23,6 @@ int main(int argc, char** argv) {
   }
   std::signal(SIGINT, onSignal);
   std::signal(SIGTERM, onSignal);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file at its size limit is a failed write like any other
   return torvik::batch::runBatch(*line.request, std::cout, std::cerr);
 }

@@ -103,19 +103,14 @@ class AddedRows {
 
 /// @return false at a negative width
 bool fillStrips(const SectionShape& shape, const Zone& zone, std::span<model::SolidObject> strips) {
-  const bool hasHollow = shape.whole != WholeShape::ThreeRectangles && shape.hollow != HollowShape::None;
   const auto n = static_cast<double>(strips.size());
   double k = 0;
   for (model::SolidObject& strip : strips) {
     strip.Height = zone.height / n;
     strip.Depth = base::finite(zone.top + (k + 0.5) * strip.Height, "strip depth");
     strip.Width = wholeWidth(shape, zone, strip.Depth);
-    if (zone.besideHollow) {
-      strip.Width = (strip.Width - hollowWidth(shape, strip.Depth)) / 2;
-      strip.Number = 2;
-    } else if (!hasHollow) {
-      strip.Number = 1;
-    }
+    strip.Number = zone.besideHollow ? 2 : 1;
+    if (zone.besideHollow) strip.Width = (strip.Width - hollowWidth(shape, strip.Depth)) / 2;
     if (strip.Width < 0) return false;
     strip.Area = base::finite(strip.Width * strip.Height, "strip area");
     k += 1;

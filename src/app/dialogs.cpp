@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/dialogs.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace torvik::app {
+
+namespace {
+
+/// Texts are plain: a path with "<" in it is no markup.
+QMessageBox::StandardButton show(QWidget* parent, QMessageBox::Icon icon, const QString& text,
+                                 const QString& caption, QMessageBox::StandardButtons buttons,
+                                 QMessageBox::StandardButton defaultButton) {
+  QMessageBox box(icon, caption, QString(text).replace('\r', '\n'), buttons, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(defaultButton);
+  return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+}  // namespace
+
+void ScreenDialogs::information(const QString& text, const QString& caption) {
+  show(m_parent, QMessageBox::Information, text, caption, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool ScreenDialogs::question(const QString& text, const QString& caption) {
+  return show(m_parent, QMessageBox::Question, text, caption, QMessageBox::Yes | QMessageBox::No,
+              QMessageBox::No) == QMessageBox::Yes;
+}
+
+QStringList ScreenDialogs::openFiles(const QString& caption, const QString& filter) {
+  return QFileDialog::getOpenFileNames(m_parent, caption, {}, filter);
+}
+
+QString ScreenDialogs::saveFile(const QString& caption, const QString& proposal, const QString& filter,
+                                const QString& defaultExtension) {
+  QFileDialog dialog(m_parent, caption, QFileInfo(proposal).path(), filter);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(defaultExtension);
+  dialog.selectFile(QFileInfo(proposal).fileName());
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+QString ScreenDialogs::input(const QString& prompt, const QString& caption, const QString& defaultText) {
+  bool accepted = false;
+  const QString answer =
+      QInputDialog::getText(m_parent, caption, prompt, QLineEdit::Normal, defaultText, &accepted);
+  return accepted ? answer : QString();
+}
+
+}  // namespace torvik::app

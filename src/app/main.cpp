@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QApplication>
+#include <QDir>
+#include <QTimer>
+#include <clocale>
+#include <string>
+#include <vector>
+
+#include "app/main_window.h"
+#include "app/single_instance.h"
+#include "app/start_up.h"
+#include "base/settings.h"
+#include "base/title.h"
+
+int main(int argc, char** argv) {
+  using namespace torvik;
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(base::kTitle);
+  QApplication::setDesktopFileName(base::kTitle);
+  QApplication::setQuitOnLastWindowClosed(false);  // closing the frame ends the program, closing the help does not
+  std::setlocale(LC_NUMERIC, "C");
+
+  app::Program program;
+  program.settingsFile = base::settingsFilePath();
+  const QString folder = QString::fromStdString(program.settingsFile.parent_path().string());
+  QDir().mkpath(folder);
+  app::SingleInstance instance(folder);
+  const QString title = QString::fromStdString(base::VersionTitle());
+  if (!instance.isFirst(title)) return 0;
+
+  app::ScreenDialogs dialogs;
+  app::DeviceSounds sounds;
+  program.dialogs = &dialogs;
+  program.sounds = &sounds;
+  app::MainWindow window(program);
+  dialogs.setParent(&window);
+  instance.onActivate = [&](const QString& wanted) {
+    if (window.windowTitle() != wanted) return;
+    window.raise();
+    window.activateWindow();
+  };
+  window.load();
+  window.show();
+
+  std::vector<std::string> arguments(argv + 1, argv + argc);  // without those that the toolkit took
+  QTimer::singleShot(0, &window, [&] { window.takeCommandLine(app::tokensOf(arguments)); });
+  return QApplication::exec();
+}

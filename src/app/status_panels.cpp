@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/status_panels.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QHBoxLayout>
+
+namespace torvik::app {
+
+namespace {
+
+/// The keyboard's Num Lock light, where the system shows it: "NUM", else empty.
+QString numLockText() {
+  const QDir leds("/sys/class/leds");
+  for (const QString& name : leds.entryList({"*::numlock"}, QDir::Dirs | QDir::System)) {
+    QFile brightness(leds.filePath(name + "/brightness"));
+    if (brightness.open(QIODevice::ReadOnly) && brightness.readAll().trimmed() != "0") return "NUM";
+  }
+  return {};
+}
+
+}  // namespace
+
+StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
+  setObjectName("StatusBar1");
+  QFont small = font();
+  small.setPointSizeF(small.pointSizeF() * 0.9);
+  setFont(small);
+  addPanel("Beam Top", "Top", 10);
+  addPanel("Beam Bottom", "Bottom", 10);
+  addPanel("Status", {}, 16);
+  addPanel("Count", "Count", 8);
+  addPanel("Max. Iteration", "Max.", 5);
+  addPanel("Mu", "Mu", 11);
+  addPanel("Space1", {}, 0);
+  addPanel("Num Lock", {}, 4);
+  addPanel("Date", {}, 11);
+  addPanel("Time", {}, 6);
+  setPanel("Mu", {});
+  connect(&m_clock, &QTimer::timeout, this, &StatusPanels::showClock);
+  m_clock.start(1000);
+  showClock();
+}
+
+void StatusPanels::addPanel(const QString& key, const QString& caption, int characters) {
+  auto* panel = new QWidget;
+  auto* layout = new QHBoxLayout(panel);
+  layout->setContentsMargins(2, 0, 2, 0);
+  layout->setSpacing(4);
+  panel->setToolTip(key);
+  if (!caption.isEmpty()) {
+    auto* title = new QLabel(caption);
+    title->setFont(font());
+    title->setEnabled(false);  // set apart from the value by the palette's own dim colour
+    layout->addWidget(title);
+  }
+  auto* label = new QLabel;
+  label->setFont(font());
+  label->setObjectName(key);
+  label->setTextFormat(Qt::PlainText);
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a longer text does not widen the window
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QString(characters, '0')));
+  layout->addWidget(label, 1);
+  addPermanentWidget(panel, key == "Space1" ? 1 : 0);
+  m_labels.insert(key, label);
+}
+
+void StatusPanels::setPanel(const QString& key, const QString& text) {
+  QLabel* label = m_labels.value(key);
+  if (label && label->text() != text) label->setText(text);
+}
+
+QString StatusPanels::panel(const QString& key) const {
+  const QLabel* label = m_labels.value(key);
+  return label ? label->text() : QString();
+}
+
+void StatusPanels::showClock() {
+  const QDateTime now = QDateTime::currentDateTime();
+  setPanel("Date", now.date().toString(Qt::ISODate));
+  setPanel("Time", now.time().toString("HH:mm"));
+  setPanel("Num Lock", numLockText());
+}
+
+}  // namespace torvik::app

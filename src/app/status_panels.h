@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QHash>
+#include <QLabel>
+#include <QStatusBar>
+#include <QString>
+#include <QTimer>
+
+namespace torvik::app {
+
+/// The status bar `StatusBar1` with its panels by key: "Beam Top", "Beam Bottom", "Status", "Count",
+/// "Max. Iteration", "Mu", "Space1", Num Lock, "Date", "Time". A panel's label bears its key as object name.
+class StatusPanels : public QStatusBar {
+  Q_OBJECT
+
+ public:
+  explicit StatusPanels(QWidget* parent = nullptr);
+
+  /// Shows the text at the next paint; a job sets panels thousands of times a second.
+  void setPanel(const QString& key, const QString& text);
+  [[nodiscard]] QString panel(const QString& key) const;
+
+  /// The panels do not keep the frame from becoming narrow.
+  [[nodiscard]] QSize minimumSizeHint() const override { return {0, QStatusBar::minimumSizeHint().height()}; }
+
+ private:
+  void addPanel(const QString& key, const QString& caption, int characters);
+  void showClock();
+
+  QHash<QString, QLabel*> m_labels;
+  QTimer m_clock;
+};
+
+}  // namespace torvik::app

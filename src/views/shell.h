@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QPoint>
+#include <QString>
+#include <functional>
+
+#include "analysis/run_state.h"
+#include "base/profile.h"
+
+namespace torvik::views {
+
+class ChildWindow;
+
+/// What a child window asks of the frame around it.
+class Shell {
+ public:
+  virtual ~Shell() = default;
+
+  [[nodiscard]] virtual analysis::RunState runState() const = 0;
+
+  /// The settings file, read whole. @throws InputError where it can not be read
+  [[nodiscard]] virtual base::ProfileFile readSettings() const = 0;
+  /// Reads the settings file, lets `change` write keys, and saves it whole. A write that fails is passed over.
+  virtual void changeSettings(const std::function<void(base::ProfileFile&)>& change) = 0;
+
+  /// The child became, or ceased to be, the active one, or its `commands` changed: the frame takes or drops them.
+  virtual void childActivated(ChildWindow& child) = 0;
+  virtual void childDeactivated(ChildWindow& child) = 0;
+
+  /// Pops up the frame's Edit menu, with the child's own entries behind it.
+  virtual void popupEditMenu(ChildWindow& child, const QPoint& globalPosition) = 0;
+
+  /// Opens the options dialog on the page of the last time; @param tab 1-based, 0 leaves the stored one
+  virtual void openOptions(int tab) = 0;
+
+  /// A message box with the information icon and the title as caption, and a file dialog for saving.
+  virtual void showMessage(const QString& text) = 0;
+  /// @param filter  in the toolkit's form. @return the chosen path; empty where it was cancelled
+  virtual QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) = 0;
+};
+
+}  // namespace torvik::views

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "views/table_window.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "base/errors.h"
+#include "base/files.h"
+#include "base/title.h"
+#include "views/table_view.h"
+
+namespace torvik::views {
+
+namespace {
+constexpr int kRowsAtFirst = 10;
+constexpr int kWidestAtFirst = 720;
+}  // namespace
+
+TableWindow::TableWindow(Shell& shell, TableKind kind, const model::ObjectTables& job)
+    : ChildWindow(shell, QStringLiteral("frmTable"), static_cast<int>(kind)),
+      m_table(new ResultTable(kind, job, this)),
+      m_view(new TableView(this)),
+      m_saveTableAs(new QAction(QStringLiteral("Save &Table As..."), this)),
+      m_fitColumns(new QAction(QStringLiteral("&Fit Column Widths"), this)) {
+  setWindowTitle(ResultTable::title(kind));
+  m_view->setModel(m_table);
+  m_view->setFixedCaption(m_table->fixedCaption());
+  m_view->setShortensNumbers(true);
+  m_view->setFollowsGrowth(kind == TableKind::Solver);
+  m_view->readColumnWidths(shell.readSettings(), objectName(), Tag());
+  m_view->selectCells({0, 0, 0, 0});
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_view);
+  setFocusProxy(m_view);
+
+  m_saveTableAs->setObjectName(QStringLiteral("mnuTableSaveAs"));
+  m_fitColumns->setObjectName(QStringLiteral("mnuTableFitColumns"));
+  connect(m_saveTableAs, &QAction::triggered, this, &TableWindow::saveTableAs);
+  connect(m_fitColumns, &QAction::triggered, this, &TableWindow::fitAllColumns);
+  connect(m_view, &TableView::copiedByKeyboard, this, &TableWindow::copiedByKeyboard);
+}
+
+ChildCommands TableWindow::commands() const {
+  ChildCommands commands;
+  commands.print = true;
+  commands.copy = true;
+  commands.selectAll = true;
+  commands.originalColumnWidth = true;
+  commands.chart = m_table->kind() == TableKind::Solver;
+  return commands;
+}
+
+QList<QAction*> TableWindow::ownActions() {
+  return {m_fitColumns, m_saveTableAs};
+}
+
+void TableWindow::copy() {
+  m_table->flushNow();
+  m_view->copySelection();
+}
+
+void TableWindow::selectAll() {
+  m_table->flushNow();
+  m_view->selectAll();
+}
+
+void TableWindow::originalColumnWidth() {
+  m_view->resetSelectedColumnWidths();
+}
+
+void TableWindow::fitAllColumns() {
+  m_table->flushNow();
+  m_view->fitColumns(0, m_table->columnCount());
+}
+
+void TableWindow::unload() {
+  shell().changeSettings([this](base::ProfileFile& settings) {
+    saveLayout(settings);
+    m_view->writeColumnWidths(settings, objectName(), Tag());
+  });
+}
+
+void TableWindow::saveTableAs() {
+  // "Table - Solid (Compression +)": the name is "Solid".
+  const QString name = windowTitle().section(QStringLiteral(" - "), 1).section(QStringLiteral(" ("), 0, 0);
+  const QString path = shell().askSaveFile(
+      QString::fromLatin1(base::kTitle) + QStringLiteral(" - Save Table As"), name + QStringLiteral(".csv"),
+      QStringLiteral("Comma separated (*.csv);;"
+                     "Tab separated (*.tsv *.tab *.txt);;All Files (*)"));
+  if (path.isEmpty()) return;
+  const QString suffix = QFileInfo(path).suffix().toLower();
+  const bool tabs =
+      suffix == QLatin1String("tsv") || suffix == QLatin1String("tab") || suffix == QLatin1String("txt");
+  try {
+    base::replaceWholeFile(QFile::encodeName(path).toStdString(), m_table->text(tabs ? '\t' : ','));
+  } catch (const base::InputError& error) {
+    shell().showMessage(QString::fromUtf8(error.what()));
+  }
+}
+
+QSize TableWindow::sizeHint() const {
+  const int scrollBar = m_view->verticalScrollBar()->sizeHint().width();
+  const int frame = 2 * m_view->frameWidth();
+  const int rows = std::clamp(m_table->rowCount(), 3, kRowsAtFirst);
+  const int width = m_view->verticalHeader()->minimumWidth() + m_view->horizontalHeader()->length();
+  return {
+      std::min(width + scrollBar + frame, kWidestAtFirst),
+      m_view->horizontalHeader()->minimumHeight() + rows * m_view->standardRowHeight() + scrollBar + frame};
+}
+
+void TableWindow::showEvent(QShowEvent* event) {
+  ChildWindow::showEvent(event);
+  m_table->setShown(true);
+}
+
+void TableWindow::hideEvent(QHideEvent* event) {
+  ChildWindow::hideEvent(event);
+  m_table->setShown(false);
+}
+
+void TableWindow::contextMenuEvent(QContextMenuEvent* event) {
+  popupMenuAt(event->globalPos());
+  event->accept();
+}
+
+}  // namespace torvik::views

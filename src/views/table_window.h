@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "views/child_window.h"
+#include "views/result_table.h"
+
+namespace torvik::views {
+
+class TableView;
+
+/// `frmTable`: the results of a job as a grid that can be read and copied. Its `Tag` is the `TableKind`.
+class TableWindow : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  /// Reads its column widths from the settings file.
+  /// @param job  the job's tables; not kept
+  /// @throws InternalError 51 for a kind outside the five; InputError as `Shell::readSettings`
+  TableWindow(Shell& shell, TableKind kind, const model::ObjectTables& job);
+
+  /// What a job writes into.
+  [[nodiscard]] ResultTable& table() { return *m_table; }
+  [[nodiscard]] TableView& view() { return *m_view; }
+
+  [[nodiscard]] ChildCommands commands() const override;
+  [[nodiscard]] QList<QAction*> ownActions() override;
+  void copy() override;
+  void selectAll() override;
+  void originalColumnWidth() override;
+  void unload() override;
+
+  /// Asks for a file and writes the whole table to it: separated by commas, or by tabs where the name ends in
+  /// ".tsv", ".tab" or ".txt".
+  void saveTableAs();
+  void fitAllColumns();
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ signals:
+  /// The selection was copied with Ctrl+Insert.
+  void copiedByKeyboard();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  ResultTable* m_table;
+  TableView* m_view;
+  QAction* m_saveTableAs;
+  QAction* m_fitColumns;
+};
+
+}  // namespace torvik::views
