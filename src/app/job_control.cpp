@@ -48,8 +48,11 @@ void JobControl::mnuFileJob_Click(int index) {
       std::exception_ptr failure;
       try {
         startJob();
-      } catch (...) {
-        failure = std::current_exception();
+      } catch (const std::exception& error) {
+        if (program.BatchMode)
+          reportMessage(error.what());
+        else
+          failure = std::current_exception();
       }
       showPanels();
       m_window.panels().setPanel("Status", "Waiting");
@@ -167,7 +170,7 @@ void JobControl::openResultWindows(const model::ObjectTables& job, const base::P
 
 void JobControl::openTable(views::TableKind kind, const model::ObjectTables& job) {
   QPointer<views::TableWindow>& slot = m_windows.tables[static_cast<std::size_t>(kind)];
-  if (!slot) {
+  if (!slot || slot->isUnloaded()) {
     slot = new views::TableWindow(m_window, kind, job);
     m_window.addChild(slot);
   } else {

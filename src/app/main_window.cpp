@@ -327,7 +327,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  if (!m_program.document.SavedFlag) closeAllChildren();
+  closeAllChildren();
   changeSettings([this](base::ProfileFile& settings) {
     SaveWindowLayout(settings);
     m_recent.save(settings);
@@ -643,7 +643,8 @@ void MainWindow::activate(views::ChildWindow* child) { m_area->setActiveSubWindo
 QList<views::ChildWindow*> MainWindow::children() const {
   QList<views::ChildWindow*> found;
   for (QMdiSubWindow* window : m_area->subWindowList())
-    if (auto* child = qobject_cast<views::ChildWindow*>(window->widget())) found.append(child);
+    if (auto* child = qobject_cast<views::ChildWindow*>(window->widget()); child && !child->isUnloaded())
+      found.append(child);
   return found;
 }
 

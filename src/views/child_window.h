@@ -64,6 +64,8 @@ class ChildWindow : public QWidget {
   void setClosable(bool closable);
   [[nodiscard]] bool isClosable() const { return m_closable; }
 
+  /// True from its closing on; the object itself goes when the program is back in its event loop.
+  [[nodiscard]] bool isUnloaded() const { return m_unloaded; }
   /// Closes it whether or not the user may.
   void closeNow();
 

@@ -148,8 +148,7 @@ QString shortenedNumber(const QString& text, int mostDigits,
   for (int digits = std::min(mostDigits, kSignificantDigits); digits > 0; --digits) {
     const std::string scientific = base::scientificText(*value, digits - 1);
     const std::optional<double> rounded = base::toNumber(scientific);
-    if (plain && rounded && std::abs(*rounded) >= kSmallestFixed &&
-        std::abs(*rounded) < std::pow(10, digits)) {
+    if (plain && rounded && std::abs(*rounded) >= kSmallestFixed) {
       const QString fixed = QString::fromStdString(base::plainText(*rounded));
       if (!fixed.contains(QLatin1Char('E')) && fits(fixed)) return fixed;
     }

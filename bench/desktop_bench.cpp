@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// build/release/bench/torvik-desktop-bench MODEL.inp...
+// Jobs in the window with all result windows open beside the same jobs without a window, and how long End takes.
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+
+#include "analysis/job.h"
+#include "app/main_window.h"
+#include "base/settings.h"
+
+namespace {
+
+using namespace torvik;
+
+class NoDialogs : public app::Dialogs {
+ public:
+  void information(const QString&, const QString&) override {}
+  bool question(const QString&, const QString&) override { return true; }
+  QStringList openFiles(const QString&, const QString&) override { return {}; }
+  QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
+  QString input(const QString&, const QString& caption, const QString&) override {
+    return caption == "Section Shape" ? "r" : "300";
+  }
+};
+
+class NoSounds : public app::SoundPlayer {
+ public:
+  void play(const QString&) override {}
+};
+
+class SilentHost : public analysis::Host {
+ public:
+  void doEvents() override {}
+  void reportMessage(const std::string&) override {}
+  void showMessage(const std::string&) override {}
+  void playSound(const std::string&) override {}
+  void setPanel(analysis::Panel, const std::string&) override {}
+  void setCount(int, int) override {}
+  std::string stepText() override { return step; }
+  void setStepText(const std::string& text) override { step = text; }
+  void pause(analysis::PauseCause) override {}
+  std::string step = "Small";
+};
+
+class RowSink : public analysis::Sink {
+ public:
+  std::vector<double> values;
+  void resultRow(std::span<const double> row) override { values.insert(values.end(), row.begin(), row.end()); }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QTemporaryDir folder;
+  NoDialogs dialogs;
+  NoSounds sounds;
+  app::Program program;
+  program.settingsFile = folder.filePath("torvik.ini").toStdString();
+  program.dialogs = &dialogs;
+  program.sounds = &sounds;
+  app::MainWindow window(program);
+  window.changeSettings([](base::ProfileFile& settings) {
+    settings.ProfileWrite(base::kOptionSection, "MessagesPauseWatch", "0");
+    settings.ProfileWrite(base::kOptionSection, "TableSection", "1");
+  });
+  window.load();
+  window.resize(1280, 800);
+  window.show();
+  QApplication::processEvents();
+
+  std::printf("%-40s %8s %12s %12s %8s %12s\n", "model", "rows", "headless s", "window s", "ratio", "End after ms");
+  for (int i = 1; i < argc; ++i) {
+    if (!window.openFile(argv[i])) continue;
+    model::JobTables job = model::BuildJobTables(program.document.tables);
+    SilentHost host;
+    RowSink rows;
+    analysis::Sink* const sinks[] = {&rows};
+    const analysis::RunControl control{analysis::RunState::Running};
+    QElapsedTimer clock;
+    clock.start();
+    const analysis::JobOutcome outcome = analysis::runJob(
+        job.tables, analysis::JobOptions::read(window.readSettings()), control, host, sinks, program.context);
+    const double headless = static_cast<double>(clock.nsecsElapsed()) * 1e-9;
+
+    QAction& start = window.menuAction("mnuFileJob", 0);
+    window.stepBox().setEditText("Small");
+    clock.start();
+    start.trigger();
+    const double inWindow = static_cast<double>(clock.nsecsElapsed()) * 1e-9;
+
+    // End in the middle of the job: from the click to the solver's return.
+    window.stepBox().setEditText("Small");
+    double endAfter = -1;
+    QTimer::singleShot(static_cast<int>(inWindow * 500), &window, [&] {
+      if (program.run.state != analysis::RunState::Running) return;
+      clock.start();
+      window.menuAction("mnuFileJob", 2).trigger();
+      endAfter = 0;
+    });
+    start.trigger();
+    if (endAfter == 0) endAfter = static_cast<double>(clock.nsecsElapsed()) * 1e-6;
+    std::printf("%-40s %8d %12.4f %12.4f %8.1f %12.1f\n", argv[i], outcome.rows, headless, inWindow,
+                inWindow / headless, endAfter);
+  }
+  return 0;
+}
