@@ -354,7 +354,7 @@ void Solver::searchLoading(double imposedCurvature) {
 
 void Solver::writeRow() {
   const std::size_t last = m_relation.size() - 1;
-  const double first[] = {m_beam.Load(),          m_beam.Displacement(),
+  const double first[] = {m_beam.Load(),           m_beam.Displacement(),
                           m_relation.Moment(last), m_relation.Curvature(last),
                           m_neutralAxis,           m_forces.CompressionForce};
   std::copy(std::begin(first), std::end(first), m_row.begin());
@@ -376,13 +376,12 @@ void Solver::writeRow() {
 void Solver::checkWatch(const OutputStrain& output, int column) {
   if (!output.watch) return;
   Watch& watch = *output.watch;
-  const double W = base::numberOf(*watch.text, "WatchStrain");
+  const std::string& heading = m_headings[static_cast<std::size_t>(column)];
+  const double W = base::numberOf(*watch.text, (heading + ": WatchStrain \"" + *watch.text + "\"").c_str());
   const double P = watch.previousStrain;
   const double S = output.rows->CurrentStrain[output.row];
   if ((P < W && W <= S) || (S < W && W <= P)) {
-    tell([&](Sink& sink) {
-      sink.watchCrossed({m_step, m_headings[static_cast<std::size_t>(column)], column, W, S});
-    });
+    tell([&](Sink& sink) { sink.watchCrossed({m_step, heading, column, W, S}); });
     m_host.playSound(m_options.pauseWatchSound);
     if (m_options.pauseWatch) {
       m_host.pause(PauseCause::Watch);

@@ -24,6 +24,7 @@ void overEach(const std::vector<Row>& rows, Add&& add) {
 }
 
 void setModuli(SectionParameterRow& row, double centroid) {
+  finite(row.yBottom, "y");
   row.ZTop = divide(row.I, centroid, "Z' = I / y' (y' is the centroid's depth from the datum)");
   row.ZBottom = divide(row.I, row.yBottom, "Z = I / y");
   row.EI = finite(row.E * row.I, "EI");
@@ -69,6 +70,8 @@ void SetBeamExtent(model::ObjectTables& job, Host& host) {
     if (solid.Depth - solid.Height / 2 < beam.BeamTop) beam.BeamTop = solid.Depth - solid.Height / 2;
     if (solid.Height / 2 + solid.Depth > beam.BeamBottom) beam.BeamBottom = solid.Height / 2 + solid.Depth;
   }
+  finite(beam.BeamTop, "top edge of the section");
+  finite(beam.BeamBottom, "bottom edge of the section");
   host.setPanel(Panel::BeamTop, base::scientificText(beam.BeamTop));
   host.setPanel(Panel::BeamBottom, base::scientificText(beam.BeamBottom));
 }
@@ -76,7 +79,11 @@ void SetBeamExtent(model::ObjectTables& job, Host& host) {
 SectionParameterTable SectionParameters(model::ObjectTables& job, Host& host) {
   using Table = SectionParameterTable;
   Table table;
-  auto& [g, c, t, d, x] = table.rows;
+  SectionParameterRow& g = table.rows[Table::G];
+  SectionParameterRow& c = table.rows[Table::C];
+  SectionParameterRow& t = table.rows[Table::T];
+  SectionParameterRow& d = table.rows[Table::D];
+  SectionParameterRow& x = table.rows[Table::X];
 
   SetBeamExtent(job, host);
   const double bottom = job.Beams.front().BeamBottom;
@@ -200,7 +207,7 @@ SectionParameterTable SectionParameters(model::ObjectTables& job, Host& host) {
     });
   }
 
-  for (SectionParameterRow& row : table.rows) row.yTop -= job.Beams.front().BeamTop;
+  for (SectionParameterRow& row : table.rows) row.yTop = finite(row.yTop - job.Beams.front().BeamTop, "y'");
   return table;
 }
 

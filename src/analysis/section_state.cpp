@@ -92,10 +92,13 @@ SectionState::SectionState(const model::ObjectTables& job, materials::StressStra
   fill(m_solids, "Solid", job.Solids);
   fill(m_bars, "Bar", job.Bars);
   fill(m_tendons, "Tendon", job.Tendons);
-  for (const model::TendonObject& row : job.Tendons)
+  for (std::size_t i = 0; i < job.Tendons.size(); ++i) {
+    const model::TendonObject& row = job.Tendons[i];
     m_prestressing.push_back(row.Prestressing == "Pre-tensioning"    ? Prestressing::Pre
                              : row.Prestressing == "Post-tensioning" ? Prestressing::Post
                                                                      : Prestressing::Unknown);
+    if (m_prestressing.back() == Prestressing::Unknown) m_unknownPrestressing[i] = row.Prestressing;
+  }
   for (const model::AxialForceObject& row : job.AxialForces) m_axialForces.push_back({row.Depth, row.Force});
 }
 
@@ -136,7 +139,8 @@ void SectionState::strainTendons(Stage stage, const Profile& profile) {
         rows.CurrentStrain[i] = rows.BaseStrain[i];
         break;
       case Prestressing::Unknown:
-        throw base::InternalError(base::kImpossibleCase, nameOfRow("Tendon", i) + ": unknown Prestressing");
+        throw base::InternalError(base::kImpossibleCase, nameOfRow("Tendon", i) + ": Prestressing \"" +
+                                                             m_unknownPrestressing.at(i) + "\"");
     }
   }
 }

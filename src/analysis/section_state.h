@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "materials/stress_strain.h"
@@ -99,6 +101,7 @@ class SectionState {
   Table<materials::BarLaw> m_bars;
   Table<materials::TendonLaw> m_tendons;
   std::vector<Prestressing> m_prestressing;
+  std::map<std::size_t, std::string> m_unknownPrestressing;  ///< text by row, for the message
   std::vector<AxialForce> m_axialForces;
   materials::StressStrainContext* m_context;
 };

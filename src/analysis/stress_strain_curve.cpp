@@ -23,8 +23,12 @@ std::vector<CurvePoint> sample(const Row& row, const base::ProfileFile& settings
 
   Law law(row);
   std::vector<CurvePoint> points;
-  for (double strain = from; step > 0 ? strain <= to : strain >= to; strain += step)
+  for (double strain = from; step > 0 ? strain <= to : strain >= to; strain += step) {
     points.push_back({strain, base::finite(law.stress(strain, context), "stress")});
+    if (strain + step == strain)
+      throw base::NumericFault(base::NumericFault::Kind::InvalidOperation,
+                               "steps of the stress-strain curve: the step is lost in the strain");
+  }
   return points;
 }
 

@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
   window.show();
 
   std::vector<std::string> arguments(argv + 1, argv + argc);  // without those that the toolkit took
-  QTimer::singleShot(0, &window, [&] { window.takeCommandLine(app::tokensOf(arguments)); });
+  // Once the window manager has given the frame its size: the result windows of a job are laid into it.
+  QTimer::singleShot(150, &window, [&] { window.takeCommandLine(app::tokensOf(arguments)); });
   return QApplication::exec();
 }

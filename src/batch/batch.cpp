@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
+#include "analysis/result_file.h"
 #include "base/files.h"
 #include "base/profile.h"
 #include "base/settings.h"
@@ -51,15 +53,16 @@ bool printModels(const Request& request, const base::ProfileFile& settings, std:
   return allGood;
 }
 
-/// For each model, whether an earlier one of the list is the same file: both would write the same result
-/// file.
+/// For each model, whether an earlier one of the list would write the same result file.
 std::vector<bool> namedBefore(const std::vector<std::string>& models) {
   std::map<std::filesystem::path, int> seen;
   std::vector<bool> repeated;
   for (const std::string& model : models) {
     std::error_code error;
-    const std::filesystem::path path = std::filesystem::weakly_canonical(model, error);
-    repeated.push_back(seen[error ? std::filesystem::path(model) : path]++ > 0);
+    const std::filesystem::path resultFile = analysis::resultFileName(model);
+    const std::filesystem::path folder =
+        std::filesystem::weakly_canonical(std::filesystem::absolute(resultFile, error).parent_path(), error);
+    repeated.push_back(seen[error ? resultFile : folder / resultFile.filename()]++ > 0);
   }
   return repeated;
 }
@@ -92,15 +95,18 @@ bool runModels(const Request& request, const base::ProfileFile& settings, std::o
   };
   {
     std::vector<std::jthread> others;
-    for (std::size_t i = 1; i < std::min(count, static_cast<std::size_t>(request.jobs)); ++i)
-      others.emplace_back(work);
+    try {
+      for (std::size_t i = 1; i < std::min(count, static_cast<std::size_t>(request.jobs)); ++i)
+        others.emplace_back(work);
+    } catch (const std::system_error&) {
+      // The system gives no more threads: fewer models run side by side.
+    }
     work();
   }
 
   progress.clear();
   for (const std::string& warning : warnings) err << "torvik-batch: " << warning << "\n";
   for (const ModelResult& result : results) out << result.line() << "\n";
-  out.flush();
   return std::all_of(results.begin(), results.end(),
                      [](const ModelResult& result) { return result.rows > 0; });
 }
@@ -118,6 +124,10 @@ int runBatch(const Request& request, std::ostream& out, std::ostream& err) {
     const bool prints = request.sectionParameters || request.stressStrain;
     const bool good =
         prints ? printModels(request, settings, out, err) : runModels(request, settings, out, err);
+    if (!out.flush()) {
+      err << "torvik-batch: standard output can not be written\n";
+      return 1;
+    }
     return good ? 0 : 1;
   } catch (const base::InputError& error) {
     err << "torvik-batch: " << error.what() << "\n";

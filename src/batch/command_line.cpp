@@ -107,8 +107,14 @@ CommandLine parseCommandLine(int argc, const char* const* argv) {
   app.add_flag("--full", request.fullNumbers, "With the two prints above: plain numbers of 15 digits");
   app.add_flag("--quiet", request.quiet, "No progress line");
 
+  // CLI11 would take a word in brackets for a list of words. It reads from the back of the vector.
+  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+  for (std::string& word : words)
+    if (word.starts_with('[') && word.ends_with(']')) word.insert(0, "./");
+  std::reverse(words.begin(), words.end());
+
   try {
-    app.parse(argc, argv);
+    app.parse(std::move(words));
     for (const std::string& setting : settings) request.settings.push_back(settingOf(setting));
     if (app.count("--stress-strain") > 0) request.stressStrain = rowNameOf(row);
     if (request.step != "Small" && request.step != "Large" && !isPositiveNumber(request.step))

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <filesystem>
 #include <memory>
 
 #include "analysis/job.h"
@@ -121,13 +122,18 @@ void runJobOf(const std::string& path, const Request& request, const base::Profi
 model::ObjectTables readModel(const std::string& path) {
   model::Document document;
   SilentFrame frame;
+  // A pipe or a device would be read for ever.
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  if (base::isFile(path) && !std::filesystem::is_regular_file(status))
+    throw base::InputError(path + ": not a regular file");
   model::ReadInputFile(document, frame, path);
   return std::move(document.tables);
 }
 
 std::string ModelResult::line() const {
   std::string text =
-      fmt::format("{}\t{}\t{}\t{}\t{:.3f}", model, rows,
+      fmt::format("{}\t{}\t{}\t{}\t{:.3f}", base::printable(model), rows,
                   peakMoment ? base::plainText(*peakMoment) : std::string("-"), message, seconds);
   if (!crossings.empty()) text += fmt::format("\t{}", fmt::join(crossings, "; "));
   return text;

@@ -41,7 +41,7 @@ SolidExponential::SolidExponential(const model::SolidObject& row)
 SolidMuguruma::SolidMuguruma(const model::SolidObject& row) : ef(row.FlexuralStrain) {
   constexpr double kStep = 0.00001;
   constexpr double kMaxSteps =
-      1e7;  // a strength a million times that of any concrete; the loop would not end
+      1e6;  // a strength thousands of times that of any concrete; the loop would take too long
 
   fck = row.UltimateStress / 9.8 * 100;
   if (fck < 0) {

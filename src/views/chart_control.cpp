@@ -1287,7 +1287,6 @@ void ChartControl::leaveEvent(QEvent* event) {
 }
 
 void ChartControl::mouseDoubleClickEvent(QMouseEvent* event) {
-  m_impl->pressed.reset();
   if (event->button() == Qt::LeftButton) emit doubleClicked();
 }
 
