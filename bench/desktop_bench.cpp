@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // build/release/bench/torvik-desktop-bench MODEL.inp...
-// Jobs in the window with all result windows open beside the same jobs without a window, and how long End takes.
+// Jobs in the window with all result windows open beside the same jobs without a window, and how long End
+// takes.
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
@@ -11,6 +12,7 @@
 #include "analysis/job.h"
 #include "app/main_window.h"
 #include "base/settings.h"
+#include "surroundings.h"
 
 namespace {
 
@@ -30,26 +32,6 @@ class NoDialogs : public app::Dialogs {
 class NoSounds : public app::SoundPlayer {
  public:
   void play(const QString&) override {}
-};
-
-class SilentHost : public analysis::Host {
- public:
-  void doEvents() override {}
-  void reportMessage(const std::string&) override {}
-  void showMessage(const std::string&) override {}
-  void playSound(const std::string&) override {}
-  void setPanel(analysis::Panel, const std::string&) override {}
-  void setCount(int, int) override {}
-  std::string stepText() override { return step; }
-  void setStepText(const std::string& text) override { step = text; }
-  void pause(analysis::PauseCause) override {}
-  std::string step = "Small";
-};
-
-class RowSink : public analysis::Sink {
- public:
-  std::vector<double> values;
-  void resultRow(std::span<const double> row) override { values.insert(values.end(), row.begin(), row.end()); }
 };
 
 }  // namespace
@@ -73,12 +55,13 @@ int main(int argc, char** argv) {
   window.show();
   QApplication::processEvents();
 
-  std::printf("%-40s %8s %12s %12s %8s %12s\n", "model", "rows", "headless s", "window s", "ratio", "End after ms");
+  std::printf("%-40s %8s %12s %12s %8s %12s\n", "model", "rows", "headless s", "window s", "ratio",
+              "End after ms");
   for (int i = 1; i < argc; ++i) {
     if (!window.openFile(argv[i])) continue;
     model::JobTables job = model::BuildJobTables(program.document.tables);
-    SilentHost host;
-    RowSink rows;
+    bench::SilentHost host;
+    bench::RowsInMemory rows;
     analysis::Sink* const sinks[] = {&rows};
     const analysis::RunControl control{analysis::RunState::Running};
     QElapsedTimer clock;

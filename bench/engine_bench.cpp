@@ -10,10 +10,13 @@
 #include "base/files.h"
 #include "base/number_text.h"
 #include "model/input_file.h"
+#include "surroundings.h"
 
 namespace {
 
 using namespace torvik;
+using bench::RowsInMemory;
+using bench::SilentHost;
 
 /// 300 x 500 cut into layers, three bars at depth 450.
 model::ObjectTables rectangle(int layers) {
@@ -50,27 +53,6 @@ model::ObjectTables rectangle(int layers) {
   tables.Bars.push_back(bar);
   return tables;
 }
-
-class SilentHost : public analysis::Host {
- public:
-  void doEvents() override {}
-  void reportMessage(const std::string&) override {}
-  void showMessage(const std::string&) override {}
-  void playSound(const std::string&) override {}
-  void setPanel(analysis::Panel, const std::string&) override {}
-  void setCount(int, int) override {}
-  std::string stepText() override { return "Small"; }
-  void setStepText(const std::string&) override {}
-  void pause(analysis::PauseCause) override {}
-};
-
-class RowsInMemory : public analysis::Sink {
- public:
-  std::vector<double> values;
-  void resultRow(std::span<const double> row) override {
-    values.insert(values.end(), row.begin(), row.end());
-  }
-};
 
 /// 500 points of moment-curvature up to the crushing strain, with the beam's load and displacement.
 void momentCurvatureJob(benchmark::State& state) {

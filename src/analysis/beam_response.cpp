@@ -77,12 +77,12 @@ double BeamResponse::place(std::size_t i) const {
 
 void BeamResponse::update(const MomentCurvature& relation, int Step, double baseCurvature) {
   const double moment = relation.Moment(static_cast<std::size_t>(Step));
-  m_load = divide(moment, m_shearSpan / 2, "load: the shear span is 0");
+  m_load = divide(moment, m_shearSpan / 2, "load, M / (ShearSpan / 2)");
   // Brackets are counted in 16 bits: the row of step 32768 is the last one, with or without pieces.
   if (Step - 1 > std::numeric_limits<std::int16_t>::max())
     throw NumericFault(NumericFault::Kind::Overflow, "step number in the curvatures along the beam");
 
-  const double slopeOfMoment = divide(moment, m_shearSpan, "moment along the beam: the shear span is 0");
+  const double slopeOfMoment = divide(moment, m_shearSpan, "moment along the beam, M / ShearSpan");
   m_rotation = 0;
   for (std::size_t i = 0; i < m_moment.size(); ++i) {
     double& M = m_moment[i];

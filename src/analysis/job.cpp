@@ -193,10 +193,10 @@ void Solver::introducePrestress(const SectionParameterRow& section) {
     TendonForce += tendon.Area * stress * tendon.Number;
     m_tendonMoment += tendon.Area * stress * tendon.Number * (tendon.Depth - m_neutralAxis);
   }
-  m_uniformStrain = divide(divide(TendonForce, section.A, "start strain: A of row \"d\" is 0"), section.E,
-                           "start strain: E of row \"d\" is 0");
-  m_topStrain = divide(-divide(m_tendonMoment, section.ZTop, "start strain: Z' of row \"d\" is 0"), section.E,
-                       "start strain: E of row \"d\" is 0");
+  m_uniformStrain = divide(divide(TendonForce, section.A, "start strain, TendonForce / A of row \"d\""),
+                           section.E, "start strain, stress / E of row \"d\"");
+  m_topStrain = divide(-divide(m_tendonMoment, section.ZTop, "start strain, TendonMoment / Z' of row \"d\""),
+                       section.E, "start strain, stress / E of row \"d\"");
   balance(Stage::Tendon, kTendonTexts, m_tendonCurvature);
 }
 
@@ -209,10 +209,10 @@ void Solver::applyAxialForces(const SectionParameterRow& section) {
     TotalAxialForce += axial.Force;
     m_axialMoment += (axial.Depth - m_neutralAxis) * axial.Force;
   }
-  m_uniformStrain = divide(divide(TotalAxialForce, section.A, "start strain: A of row \"e\" is 0"), section.E,
-                           "start strain: E of row \"e\" is 0");
-  m_topStrain = divide(-divide(m_axialMoment, section.ZTop, "start strain: Z' of row \"e\" is 0"), section.E,
-                       "start strain: E of row \"e\" is 0");
+  m_uniformStrain = divide(divide(TotalAxialForce, section.A, "start strain, axial force / A of row \"e\""),
+                           section.E, "start strain, stress / E of row \"e\"");
+  m_topStrain = divide(-divide(m_axialMoment, section.ZTop, "start strain, AxialMoment / Z' of row \"e\""),
+                       section.E, "start strain, stress / E of row \"e\"");
   balance(Stage::AxialForce, kAxialTexts, m_axialCurvature);
 }
 
@@ -242,7 +242,7 @@ SearchEnd Solver::searchMN(Stage stage, const SearchTexts& texts, int outerItera
       m_options, m_neutralAxis, iteration,
       [&](double& residual) {
         m_host.setCount(iteration, outerIteration);
-        curvature = divide(m_topStrain, m_neutralAxis, "curvature: the neutral axis depth is 0");
+        curvature = divide(m_topStrain, m_neutralAxis, "curvature, TopStrain / NeutralAxis");
         m_topStrain = m_neutralAxis * curvature;  // rounds: the outer search goes on with this value
         m_forces = m_state.EvaluateLinear(stage, m_topStrain, m_neutralAxis);
         residual = outOfBalance();
@@ -377,7 +377,8 @@ void Solver::checkWatch(const OutputStrain& output, int column) {
   if (!output.watch) return;
   Watch& watch = *output.watch;
   const std::string& heading = m_headings[static_cast<std::size_t>(column)];
-  const double W = base::numberOf(*watch.text, (heading + ": WatchStrain \"" + *watch.text + "\"").c_str());
+  const double W = base::numberOf(
+      *watch.text, (heading + ": WatchStrain \"" + base::printable(*watch.text) + "\"").c_str());
   const double P = watch.previousStrain;
   const double S = output.rows->CurrentStrain[output.row];
   if ((P < W && W <= S) || (S < W && W <= P)) {

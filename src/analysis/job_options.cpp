@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis/job_options.h"
 
+#include <cmath>
+
 #include "base/elementary.h"
+#include "base/errors.h"
+#include "base/number_text.h"
 #include "base/settings.h"
 
 namespace torvik::analysis {
@@ -11,7 +15,11 @@ JobOptions JobOptions::read(const base::ProfileFile& settings) {
   const auto real = [&](OptionId id) { return base::optionReal(settings, id); };
   const auto flag = [&](OptionId id) { return base::optionFlag(settings, id); };
   const auto oneOver10To = [&](OptionId id) {
-    return 1.0 / base::power(10.0, base::optionInteger(settings, id));
+    const std::int16_t exponent = base::optionInteger(settings, id);
+    const double power = base::power(10.0, exponent);
+    if (power > 0 && std::isfinite(power) && std::isfinite(1.0 / power)) return 1.0 / power;
+    throw base::InputError::ofKey(settings.name(), base::kOptionSection, base::optionKey(id).name,
+                                  base::plainText(exponent), "an exponent of 10 that a number can hold");
   };
 
   JobOptions options;

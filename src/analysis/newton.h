@@ -42,9 +42,8 @@ SearchEnd newton(const JobOptions& options, double& x, int& counter, Trial&& tri
     if (counter >= options.MaxIteration) return SearchEnd::Failed;
     ++counter;
     const double slope = base::divide(residual[2] - residual[0], probe[2] - probe[0],
-                                      "slope of the search: the trial values coincide");
-    x = x -
-        base::divide(residual[1], slope, "step of the search: the residual does not change with the trial");
+                                      "slope of the search, residuals over trial values");
+    x = x - base::divide(residual[1], slope, "step of the search, residual over slope");
     if (!proceed()) return SearchEnd::EndedByUser;
   }
 }

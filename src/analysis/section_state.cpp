@@ -15,7 +15,7 @@ namespace {
 using base::NumericFault;
 
 std::string nameOfRow(const char* table, std::size_t row) {
-  return std::string(table) + " " + base::plainText(static_cast<long long>(row) + 1);
+  return std::string(table) + " " + base::plainText(static_cast<long long>(row) + 1) + " of the job";
 }
 
 double baseStrainOf(const model::SolidObject& row) {
@@ -140,7 +140,8 @@ void SectionState::strainTendons(Stage stage, const Profile& profile) {
         break;
       case Prestressing::Unknown:
         throw base::InternalError(base::kImpossibleCase, nameOfRow("Tendon", i) + ": Prestressing \"" +
-                                                             m_unknownPrestressing.at(i) + "\"");
+                                                             base::printable(m_unknownPrestressing.at(i)) +
+                                                             "\"");
     }
   }
 }

@@ -24,8 +24,8 @@ std::vector<std::string> resultHeadings(const model::ObjectTables& job);
 /// One converged step of the loading stage.
 struct LoadStep {
   int Step = 0;
-  double Moment = 0;     ///< [N mm]
-  double Curvature = 0;  ///< reported: with that of prestress and axial force [1/mm]
+  double Moment = 0;         ///< [N mm]
+  double Curvature = 0;      ///< reported: with that of prestress and axial force [1/mm]
   const BeamResponse& beam;  ///< stands until `jobOver` returns, each step writes it anew
 };
 

@@ -18,7 +18,7 @@ std::vector<CurvePoint> sample(const Row& row, const base::ProfileFile& settings
   const double from = base::optionReal(settings, fromKey);
   const double to = base::optionReal(settings, toKey);
   const double step = base::optionReal(settings, stepKey);
-  if (base::divide(to - from, step, "steps of the stress-strain curve: the step is 0") > kMostSteps)
+  if (base::divide(to - from, step, "steps of the stress-strain curve, (To - From) / Step") > kMostSteps)
     throw base::NumericFault(base::NumericFault::Kind::Overflow, "steps of the stress-strain curve");
 
   Law law(row);

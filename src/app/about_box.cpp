@@ -22,13 +22,14 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
   auto* text = new QLabel;
   text->setTextFormat(Qt::PlainText);
   text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  text->setText(QString("%1\n\nFlexure of reinforced and prestressed concrete sections.\n"
-                        "Free software under the GNU General Public License, version 3 or later.\n\n"
-                        "Qt %2 on %3, %4 processors\nSettings: %5\n\n"
-                        "To uninstall, remove the package or the files that were installed, and the settings file.")
-                    .arg(QString::fromStdString(base::VersionTitle()), qVersion(), QSysInfo::prettyProductName())
-                    .arg(QThread::idealThreadCount())
-                    .arg(QString::fromStdString(base::settingsFilePath().string())));
+  text->setText(
+      QString("%1\n\nFlexure of reinforced and prestressed concrete sections.\n"
+              "Free software under the GNU General Public License, version 3 or later.\n\n"
+              "Qt %2 on %3, %4 processors\nSettings: %5\n\n"
+              "To uninstall, remove the package or the files that were installed, and the settings file.")
+          .arg(QString::fromStdString(base::VersionTitle()), qVersion(), QSysInfo::prettyProductName())
+          .arg(QThread::idealThreadCount())
+          .arg(QString::fromStdString(base::settingsFilePath().string())));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   layout->addWidget(icon, 0, 0, Qt::AlignTop);

@@ -48,7 +48,9 @@ void arrange(QMdiArea& area, Arrangement arrangement) {
 
   const QRect client = area.viewport()->rect();
   switch (arrangement) {
-    case Arrangement::Cascade: area.cascadeSubWindows(); break;
+    case Arrangement::Cascade:
+      area.cascadeSubWindows();
+      break;
     case Arrangement::TileHorizontal:
     case Arrangement::TileVertical: {
       QRect room = client;
@@ -60,7 +62,8 @@ void arrange(QMdiArea& area, Arrangement arrangement) {
       }
       break;
     }
-    case Arrangement::Nothing: break;
+    case Arrangement::Nothing:
+      break;
     case Arrangement::ArrangeIcons: {
       int x = client.left();
       for (auto icon = icons.crbegin(); icon != icons.crend(); ++icon) {

@@ -17,9 +17,8 @@ HelpWindow::HelpWindow() {
   resize(820, 640);
   QFile guide(":/guide.md");
   if (guide.open(QIODevice::ReadOnly)) setMarkdown(QString::fromUtf8(guide.readAll()));
-  connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& url) {
-    showTopic(QString(url.fragment()).replace('-', ' '));
-  });
+  connect(this, &QTextBrowser::anchorClicked, this,
+          [this](const QUrl& url) { showTopic(QString(url.fragment()).replace('-', ' ')); });
 }
 
 void HelpWindow::showTopic(const QString& topic) {

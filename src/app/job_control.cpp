@@ -2,8 +2,8 @@
 #include "app/job_control.h"
 
 #include <QAction>
-#include <QFile>
 #include <QCoreApplication>
+#include <QFile>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -58,6 +58,7 @@ void JobControl::mnuFileJob_Click(int index) {
       m_window.panels().setPanel("Status", "Waiting");
       program.run.state = RunState::Over;
       m_running = false;
+      button.setChecked(false);  // a search may have failed while the job was to pause
       for (views::ChildWindow* child : m_window.children()) child->setClosable(true);
       m_window.RefreshCommandState();
       if (const auto call = std::exchange(whenOver, nullptr)) call();
@@ -79,7 +80,8 @@ void JobControl::mnuFileJob_Click(int index) {
       entry.setChecked(!entry.isChecked());
       setRunning(button.isChecked(), button.isChecked() ? "Pause" : "Start");
       return;
-    default: throw base::InternalError(base::kImpossibleCase, "job command");
+    default:
+      throw base::InternalError(base::kImpossibleCase, "job command");
   }
 }
 
@@ -113,7 +115,8 @@ void JobControl::startJob() {
     const std::string path = analysis::resultFileName(program.document.currentFile);
     if (base::isFile(path) &&
         !program.dialogs->question(
-            QString("\"%1\" already exists.\rOverwrite ?").arg(QFile::decodeName(path.c_str())), base::kTitle))
+            QString("\"%1\" already exists.\rOverwrite ?").arg(QFile::decodeName(path.c_str())),
+            base::kTitle))
       return;
     resultFile = std::make_unique<analysis::ResultFile>(path, analysis::resultHeadings(job.tables),
                                                         analysis::ResultFile::Existing::Replace);
@@ -199,7 +202,8 @@ void JobControl::showSectionParameters() {
   showPanels();
 }
 
-// ---- Host ----------------------------------------------------------------------------------------------------
+// ---- Host
+// ----------------------------------------------------------------------------------------------------
 
 void JobControl::doEvents() {
   const bool paused = m_window.program().run.state == RunState::Paused;
@@ -221,10 +225,15 @@ void JobControl::showPanels() {
 }
 
 void JobControl::reportMessage(const std::string& text) {
-  if (m_window.program().BatchMode)
-    analysis::appendLogLine(analysis::logFileName(m_window.program().document.currentFile), text);
-  else
+  if (!m_window.program().BatchMode) {
     showMessage(text);
+    return;
+  }
+  try {
+    analysis::appendLogLine(analysis::logFileName(m_window.program().document.currentFile), text);
+  } catch (const base::InputError& error) {
+    showMessage(text + "\r" + error.what());  // where no log can be written, a box has to do
+  }
 }
 
 void JobControl::showMessage(const std::string& text) {
@@ -247,7 +256,9 @@ void JobControl::setCount(int iteration, int outerIteration) {
   m_outerIteration = outerIteration;
 }
 
-std::string JobControl::stepText() { return m_window.stepBox().currentText().toStdString(); }
+std::string JobControl::stepText() {
+  return m_window.stepBox().currentText().toStdString();
+}
 
 void JobControl::setStepText(const std::string& text) {
   m_window.stepBox().setEditText(QString::fromStdString(text));
@@ -266,7 +277,8 @@ std::string JobControl::inputBox(const std::string& prompt, const std::string& t
                                  const std::string& defaultText) {
   return m_window.program()
       .dialogs
-      ->input(QString::fromStdString(prompt), QString::fromStdString(title), QString::fromStdString(defaultText))
+      ->input(QString::fromStdString(prompt), QString::fromStdString(title),
+              QString::fromStdString(defaultText))
       .toStdString();
 }
 

@@ -25,8 +25,8 @@ struct ResultWindows {
   std::array<QPointer<views::ChartWindow>, 10> charts;
 };
 
-/// Starts, pauses and ends jobs, and is the host of the one that runs. The solver stands inside the click that
-/// started it; the window lives on through `doEvents`.
+/// Starts, pauses and ends jobs, and is the host of the one that runs. The solver stands inside the click
+/// that started it; the window lives on through `doEvents`.
 class JobControl : public analysis::Host, public materials::ConfinementPrompt {
  public:
   explicit JobControl(MainWindow& window) : m_window(window) {}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QApplication>
 #include <QDir>
+#include <QStandardPaths>
 #include <QTimer>
 #include <clocale>
 #include <string>
@@ -17,12 +18,13 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(base::kTitle);
   QApplication::setDesktopFileName(base::kTitle);
-  QApplication::setQuitOnLastWindowClosed(false);  // closing the frame ends the program, closing the help does not
+  QApplication::setQuitOnLastWindowClosed(
+      false);  // closing the frame ends the program, closing the help does not
   std::setlocale(LC_NUMERIC, "C");
 
   app::Program program;
   program.settingsFile = base::settingsFilePath();
-  const QString folder = QString::fromStdString(program.settingsFile.parent_path().string());
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
   QDir().mkpath(folder);
   app::SingleInstance instance(folder);
   const QString title = QString::fromStdString(base::VersionTitle());

@@ -24,8 +24,8 @@ namespace torvik::app {
 
 class JobControl;
 
-/// `mdiMain`: the frame with menus, tool bar, status bar and child windows. Every action bears the name of its menu
-/// entry, with its index behind it (`mnuFileJob0`); tool bar buttons bear "Toolbar1_" and their key.
+/// `mdiMain`: the frame with menus, tool bar, status bar and child windows. Every action bears the name of
+/// its menu entry, with its index behind it (`mnuFileJob0`); tool bar buttons bear "Toolbar1_" and their key.
 class MainWindow : public QMainWindow, public views::Shell, private model::InputFileFrame {
   Q_OBJECT
 
@@ -83,8 +83,8 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
 
   void buildMenus();
   void buildToolBar();
-  QAction* add(QMenu& menu, const QString& name, int index, const QString& caption, std::function<void()> command,
-               const QKeySequence& shortcut = {});
+  QAction* add(QMenu& menu, const QString& name, int index, const QString& caption,
+               std::function<void()> command, const QKeySequence& shortcut = {});
   /// Runs a command; whatever fails in it becomes one message box that says what was being done.
   void guarded(const QString& doing, const std::function<void()>& command);
   void setEnabled(const QString& name, int first, int last, bool on);

@@ -20,8 +20,8 @@ class RecentPaths {
   void add(const std::string& path);
   void remove(const std::string& path);
 
-  /// What menu entry i (0 to 4) shows: slot 4 - i, so that slot 5 is never shown: with all six filled the newest path
-  /// is the one in hand. Empty: the entry is hidden.
+  /// What menu entry i (0 to 4) shows: slot 4 - i, so that slot 5 is never shown: with all six filled the
+  /// newest path is the one in hand. Empty: the entry is hidden.
   [[nodiscard]] const std::string& entry(int i) const { return m_slots.at(static_cast<std::size_t>(4 - i)); }
   [[nodiscard]] bool showsSeparator() const { return !m_slots[0].empty(); }
 

@@ -9,8 +9,8 @@
 
 namespace torvik::app {
 
-/// At most one instance of a user runs. The second hands over the title of the window that it wants activated, and
-/// ends; the first activates its window where that is its title.
+/// At most one instance of a user runs. The second hands over the title of the window that it wants
+/// activated, and ends; the first activates its window where that is its title.
 class SingleInstance : public QObject {
   Q_OBJECT
 

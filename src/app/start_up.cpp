@@ -3,14 +3,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 #include "base/files.h"
 
 namespace torvik::app {
 
 namespace {
-
-constexpr std::string_view kNul("\0", 1);
 
 bool isOption(const std::string& token) {
   if (token.starts_with('-')) return true;
@@ -46,13 +45,9 @@ void SplitCommandLine(std::string_view text, std::string_view separators, std::v
 }
 
 std::vector<std::string> tokensOf(const std::vector<std::string>& arguments) {
-  std::string text;
-  for (const std::string& argument : arguments) {
-    if (!text.empty()) text += kNul;
-    text += argument;
-  }
   std::vector<std::string> tokens;
-  SplitCommandLine(text, kNul, tokens);
+  std::copy_if(arguments.begin(), arguments.end(), std::back_inserter(tokens),
+               [](const std::string& argument) { return !argument.empty(); });
   return tokens;
 }
 

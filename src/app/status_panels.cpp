@@ -59,7 +59,8 @@ void StatusPanels::addPanel(const QString& key, const QString& caption, int char
   label->setFont(font());
   label->setObjectName(key);
   label->setTextFormat(Qt::PlainText);
-  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a longer text does not widen the window
+  label->setSizePolicy(QSizePolicy::Ignored,
+                       QSizePolicy::Preferred);  // a longer text does not widen the window
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QString(characters, '0')));
   layout->addWidget(label, 1);
   addPermanentWidget(panel, key == "Space1" ? 1 : 0);

@@ -82,7 +82,9 @@ void ViewSink::feedPieces() {
     if (views::ChartWindow* window = chart(kind)) window->loadStep({0, 0, 0, *m_beam});
 }
 
-void ViewSink::beforeEvents() { feedPieces(); }
+void ViewSink::beforeEvents() {
+  feedPieces();
+}
 
 void ViewSink::flush() {
   feedPieces();

@@ -22,8 +22,8 @@ class ViewSink : public analysis::Sink {
   void endRow() override;
   void loadStep(const analysis::LoadStep& step) override;
 
-  /// Hands over what is only worked out when somebody may look: the lines along the beam, of the last step. To be
-  /// called before the window's events run.
+  /// Hands over what is only worked out when somebody may look: the lines along the beam, of the last step.
+  /// To be called before the window's events run.
   void beforeEvents();
   /// Shows all that was fed.
   void flush();

@@ -129,12 +129,17 @@ bool isFile(const fs::path& path) {
 }
 
 std::string readWholeFile(const fs::path& path) {
-  const Descriptor file(path, O_RDONLY);
+  const Descriptor file(path, O_RDONLY | O_NONBLOCK);  // a pipe without a writer would keep us waiting
   struct stat status {};
   if (!file.isOpen() || ::fstat(file.get(), &status) != 0) failReading(path, errno);
   if (S_ISDIR(status.st_mode)) failReading(path, EISDIR);
+  struct stat nothing {};
+  const bool isNull =
+      S_ISCHR(status.st_mode) && ::stat("/dev/null", &nothing) == 0 && status.st_rdev == nothing.st_rdev;
+  if (!S_ISREG(status.st_mode) && !isNull)
+    throw InputError(printable(path.string()) + ": can not be read: not a regular file");
 
-  // The size is a hint only: pipes and the files of /proc have none.
+  // The size is a hint only: the files of /proc have none.
   std::string content;
   std::size_t used = 0;
   std::size_t room = std::max(static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)) + 1, kReadBytes);

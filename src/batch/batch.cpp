@@ -41,12 +41,12 @@ bool printModels(const Request& request, const base::ProfileFile& settings, std:
       std::string warnings;
       if (request.sectionParameters) text += sectionParametersText(path, request.fullNumbers, warnings);
       if (request.stressStrain) text += stressStrainText(path, request, settings);
-      if (request.models.size() > 1) out << path << "\n";
+      if (request.models.size() > 1) out << base::printable(path) << "\n";
       out << text;
       std::replace(warnings.begin(), warnings.end(), '\r', ' ');
-      if (!warnings.empty()) err << "torvik-batch: " << path << ": " << warnings << "\n";
+      if (!warnings.empty()) err << "torvik-batch: " << base::printable(path + ": " + warnings) << "\n";
     } catch (const std::exception& error) {
-      err << "torvik-batch: " << path << ": " << error.what() << "\n";
+      err << "torvik-batch: " << base::printable(path + ": " + error.what()) << "\n";
       allGood = false;
     }
   }

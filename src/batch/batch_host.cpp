@@ -20,7 +20,9 @@ void BatchHost::doEvents() {
 
 void BatchHost::showMessage(const std::string& text) {
   // The confined law's dialogue is answered by options that say the same.
-  if (text.starts_with("Warning:")) tell(text);
+  if (!text.starts_with("Warning:")) return;
+  tell(text);
+  warn(text);
 }
 
 std::string BatchHost::inputBox(const std::string&, const std::string& title, const std::string&) {

@@ -22,6 +22,8 @@ class BatchHost : public analysis::Host, public materials::ConfinementPrompt {
   analysis::RunControl control{analysis::RunState::Running};
   /// Gets every message as it comes.
   std::function<void(const std::string&)> tell;
+  /// Gets, besides, what the user must see even where another message comes behind it.
+  std::function<void(const std::string&)> warn = [](const std::string&) {};
 
   void doEvents() override;
   void reportMessage(const std::string& text) override { tell(text); }

@@ -63,10 +63,6 @@ std::pair<std::string, std::string> settingOf(const std::string& text) {
   return {std::string(key->name), value};
 }
 
-bool isPositiveNumber(const std::string& text) {
-  return base::toNumber(text).value_or(0) > 0;
-}
-
 }  // namespace
 
 CommandLine parseCommandLine(int argc, const char* const* argv) {
@@ -117,14 +113,13 @@ CommandLine parseCommandLine(int argc, const char* const* argv) {
     app.parse(std::move(words));
     for (const std::string& setting : settings) request.settings.push_back(settingOf(setting));
     if (app.count("--stress-strain") > 0) request.stressStrain = rowNameOf(row);
-    if (request.step != "Small" && request.step != "Large" && !isPositiveNumber(request.step))
-      throw CLI::ValidationError("--step",
-                                 "\"" + request.step + "\": Small, Large or a positive number is expected");
+    if (request.step != "Small" && request.step != "Large" && !base::toNumber(request.step))
+      throw CLI::ValidationError("--step", "\"" + request.step + "\": Small, Large or a number is expected");
     if (request.shape && *request.shape != "r" && *request.shape != "c")
       throw CLI::ValidationError("--shape", "\"" + *request.shape + "\": r or c is expected");
-    if (request.tieStress && !isPositiveNumber(*request.tieStress))
+    if (request.tieStress && base::toNumber(*request.tieStress).value_or(0) == 0)
       throw CLI::ValidationError("--tie-stress",
-                                 "\"" + *request.tieStress + "\": a positive number is expected");
+                                 "\"" + *request.tieStress + "\": a number other than 0 is expected");
     if (request.jobs < 1) throw CLI::ValidationError("--jobs", "a number from 1 on is expected");
     if (request.fullNumbers && !request.sectionParameters && !request.stressStrain)
       throw CLI::ValidationError("--full", "goes with --section-parameters or --stress-strain");

@@ -24,7 +24,7 @@ struct Request {
       settings;  ///< keys of section Option, with values of their kind
   std::string step = "Small";
   std::optional<std::string> shape;      ///< "r" or "c"
-  std::optional<std::string> tieStress;  ///< a positive number [N/mm2]
+  std::optional<std::string> tieStress;  ///< a number other than 0 [N/mm2]
   bool overwrite = false;
   int jobs = 1;
   bool state = false;

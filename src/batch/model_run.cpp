@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -65,7 +66,7 @@ class StateFile : public analysis::Sink {
       for (const double value : {rows.BaseStrain[i], rows.CurrentStrain[i], rows.CurrentStress[i],
                                  rows.CurrentForce[i], rows.Area[i], rows.Depth[i]}) {
         m_text += '\t';
-        base::appendPlainText(m_text, value);
+        if (std::isfinite(value)) base::appendPlainText(m_text, value);  // an overflow leaves its cell empty
       }
       m_text += '\n';
     }
@@ -79,6 +80,13 @@ std::string alreadyExists(const std::string& path) {
   return "\"" + path + "\" already exists. --overwrite replaces it.";
 }
 
+/// A link may lead from a result or log file back to the model, which must not be written over.
+void refuseModelItself(const std::string& path, const std::string& target) {
+  std::error_code error;
+  if (std::filesystem::equivalent(path, target, error))
+    throw base::InputError("\"" + target + "\" is the model itself.");
+}
+
 void runJobOf(const std::string& path, const Request& request, const base::ProfileFile& settings,
               BatchHost& host, ProgressLine& progress, ModelResult& result) {
   using analysis::ResultFile;
@@ -88,6 +96,8 @@ void runJobOf(const std::string& path, const Request& request, const base::Profi
 
   StateFile stateFile(path + ".state.txt");
   const std::string resultPath = analysis::resultFileName(path);
+  refuseModelItself(path, resultPath);
+  refuseModelItself(path, stateFile.path());
   if (!request.overwrite) {
     if (base::isFile(resultPath)) throw base::InputError(alreadyExists(resultPath));
     if (request.state && base::isFile(stateFile.path()))
@@ -104,6 +114,7 @@ void runJobOf(const std::string& path, const Request& request, const base::Profi
   context.prompt = &host;
   context.report = [&](const std::string& caption, const std::string& text) {
     host.tell(caption + ": " + text);
+    host.warn(caption + ": " + text);
   };
   const analysis::JobOutcome outcome =
       analysis::runJob(job.tables, options, host.control, host, sinks, context);
@@ -114,7 +125,11 @@ void runJobOf(const std::string& path, const Request& request, const base::Profi
     host.tell(error.what());
   }
   result.rows = resultFile.rowsWritten();
-  if (request.state) stateFile.write();
+  try {
+    if (request.state) stateFile.write();
+  } catch (const base::InputError& error) {
+    host.warn(error.what());
+  }
 }
 
 }  // namespace
@@ -122,11 +137,6 @@ void runJobOf(const std::string& path, const Request& request, const base::Profi
 model::ObjectTables readModel(const std::string& path) {
   model::Document document;
   SilentFrame frame;
-  // A pipe or a device would be read for ever.
-  std::error_code error;
-  const std::filesystem::file_status status = std::filesystem::status(path, error);
-  if (base::isFile(path) && !std::filesystem::is_regular_file(status))
-    throw base::InputError(path + ": not a regular file");
   model::ReadInputFile(document, frame, path);
   return std::move(document.tables);
 }
@@ -146,12 +156,17 @@ ModelResult runModel(const std::string& path, const Request& request, const base
   ModelResult result;
   result.model = path;
   BatchHost host(endRequested, request.step, request.shape, request.tieStress);
+  host.warn = [&](const std::string& text) { warnings.push_back(base::printable(path + ": " + text)); };
   host.tell = [&](const std::string& message) {
     result.message = message;
+    const std::string log = analysis::logFileName(path);
     try {
-      if (base::isFile(path)) analysis::appendLogLine(analysis::logFileName(path), message);
+      std::error_code error;
+      if (!std::filesystem::is_regular_file(path, error)) return;
+      refuseModelItself(path, log);
+      analysis::appendLogLine(log, message);
     } catch (const base::InputError& error) {
-      warnings.push_back(error.what());
+      host.warn(error.what());
     }
   };
   try {

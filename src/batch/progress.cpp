@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/errors.h"
 #include "base/number_text.h"
 
 namespace torvik::batch {
@@ -19,7 +20,7 @@ void ProgressLine::show(const std::string& name, const analysis::LoadStep& step,
   if (now - m_last < std::chrono::milliseconds(100)) return;
   m_last = now;
   std::string text =
-      fmt::format("{}  step {}  curvature {}  moment {}  {:.1f} s", name, step.Step + 1,
+      fmt::format("{}  step {}  curvature {}  moment {}  {:.1f} s", base::printable(name), step.Step + 1,
                   base::scientificText(step.Curvature), base::scientificText(step.Moment), seconds);
   winsize size{};
   const std::size_t width =

@@ -41,7 +41,7 @@ SolidExponential::SolidExponential(const model::SolidObject& row)
 SolidMuguruma::SolidMuguruma(const model::SolidObject& row) : ef(row.FlexuralStrain) {
   constexpr double kStep = 0.00001;
   constexpr double kMaxSteps =
-      1e6;  // a strength thousands of times that of any concrete; the loop would take too long
+      1e5;  // a strength hundreds of times that of any concrete; the loop takes too long
 
   fck = row.UltimateStress / 9.8 * 100;
   if (fck < 0) {

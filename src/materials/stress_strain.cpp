@@ -29,12 +29,11 @@ bool isPlainLaw(const Laws& laws) {
 }
 
 template <class Laws>
-double stressOf(Laws& laws, double strain, UserCurveCache& files,
-                StressStrainContext& context) {
+double stressOf(Laws& laws, double strain, UserCurveCache& files, StressStrainContext& context) {
   return std::visit(
       [&]<class Law>(Law& law) -> double {
         if constexpr (std::is_same_v<Law, laws::Unknown>) {
-          throw base::InternalError(base::kImpossibleCase, "Type \"" + law.Type + "\"");
+          throw base::InternalError(base::kImpossibleCase, "Type \"" + base::printable(law.Type) + "\"");
         } else if constexpr (std::is_same_v<Law, laws::UserFile>) {
           return files.stress(strain, law.File, context.report);
         } else {

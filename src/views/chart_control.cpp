@@ -896,7 +896,8 @@ class ChartControl::Impl {
     return stepped(index, limits.step, limits.first, limits.last, limits.interval(), room, metrics);
   }
 
-  /// Both axes with one length for one unit. Automatic limits have one step and fill the room in whole steps.
+  /// Both axes with one length for one unit. Automatic limits have one step, and take up
+  /// room to spare in whole steps on both sides.
   void planToScale(std::array<AxisPlan, kAxes>& of, const std::array<Interval, kAxes>& data,
                    const QSizeF& room, const QFontMetricsF& metrics) const {
     const std::array<double, kAxes> pixels = {room.width(), room.height()};
@@ -929,13 +930,10 @@ class ChartControl::Impl {
         continue;
       }
       SteppedLimits& axis = limits[i];
-      while ((axis.interval().size() + step.value()) * unit <= pixels[i] &&
-             axis.divisions() < kMostDivision) {
-        const Interval now = axis.interval();
-        if (data[i].lower - now.lower < now.upper - data[i].upper)
-          --axis.first;
-        else
-          ++axis.last;
+      while ((axis.interval().size() + 2 * step.value()) * unit <= pixels[i] &&
+             axis.divisions() + 2 <= kMostDivision) {
+        --axis.first;
+        ++axis.last;
       }
       of[i] =
           stepped(i, step, axis.first, axis.last, axis.interval(), unit * axis.interval().size(), metrics);

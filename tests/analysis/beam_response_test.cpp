@@ -111,7 +111,7 @@ TEST(BeamResponse, NamesWhatWasDividedByZero) {
   };
   model::BeamObject noShearSpan = beamOf(4000, 1000, 10);
   noShearSpan.ShearSpan = 0;
-  EXPECT_NE(faultOf(noShearSpan, {1.0}).find("shear span is 0"), std::string::npos);
+  EXPECT_NE(faultOf(noShearSpan, {1.0}).find("ShearSpan"), std::string::npos);
   EXPECT_NE(faultOf(beamOf(4000, 1000, 10), {5.0, 5.0}).find("two successive steps have one moment"),
             std::string::npos);
   EXPECT_EQ(faultOf(beamOf(4000, 1000, 10), {0.0, 5.0, 6.0}), "");

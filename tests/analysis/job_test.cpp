@@ -250,7 +250,7 @@ TEST(Job, FaultsAndUnknownNamesEndItWithAMessageThatNamesTheStage) {
       {"shear span",
        [](auto& job) { job.Beams[0].ShearSpan = 0; },
        End::NumericFault,
-       {"Loading, step 1", "shear span"}},
+       {"Loading, step 1", "ShearSpan"}},
       {"missing file",
        [](auto& job) {
          job.Bars[0].Type = "File";

@@ -73,9 +73,9 @@ TEST(Newton, DividesByNothingWhereItHasNoSlope) {
     }
   };
   expectFault(
-      0.0, [](double x) { return x + 1; }, "trial values coincide");
+      0.0, [](double x) { return x + 1; }, "residuals over trial values");
   expectFault(
-      1.0, [](double) { return 1.0; }, "does not change");
+      1.0, [](double) { return 1.0; }, "residual over slope");
   // In balance at once: the slope is not asked for.
   EXPECT_EQ(search({}, 0.0, 0, [](double) { return 0.0; }).end, SearchEnd::Converged);
 }

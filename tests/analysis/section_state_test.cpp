@@ -112,7 +112,7 @@ TEST(SectionState, FaultsNameTheRow) {
          job.Solids[0].ElasticModulus = 1e308;
          job.Solids[0].InitialStrain = 1e5;
        },
-       200, "Solid 1: stress"},
+       200, "Solid 1 of the job: stress"},
       {"law that can not be worked out",
        [](auto& job) {
          job.Bars.push_back(job.Bars[0]);

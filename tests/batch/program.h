@@ -1,20 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
-#include <functional>
+#include <cstdlib>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 #include "analysis/models.h"
@@ -35,130 +27,77 @@ inline Texts split(std::string_view text, std::string_view separator) {
 }
 
 struct Ended {
-  int status = -1;  ///< exit status; 1000 and the signal where one ended the program
+  int status = -1;
   std::string out;
   std::string err;
-  double seconds = 0;  ///< from `meanwhile` to the end
 
-  [[nodiscard]] Texts lines() const { return split(out, "\n"); }
   /// Field `number` of the summary line of that model.
-  [[nodiscard]] std::string field(const std::string& model, std::size_t number) const {
-    for (const std::string& line : lines())
-      if (const Texts fields = split(line, "\t"); fields[0] == model && number < fields.size())
+  std::string field(const std::string& model, std::size_t number) const {
+    for (const std::string& line : split(out, "\n"))
+      if (const Texts fields = split(line, "\t"); number < fields.size() && fields[0] == model)
         return fields[number];
     return "no field " + std::to_string(number) + " of " + model + " in: " + out + err;
   }
-  [[nodiscard]] std::string rows(const std::string& model) const { return field(model, 1); }
-  [[nodiscard]] std::string message(const std::string& model) const { return field(model, 3); }
+  std::string rows(const std::string& model) const { return field(model, 1); }
+  std::string message(const std::string& model) const { return field(model, 3); }
 };
 
-/// A folder in which the program runs, without a terminal, settings or home of the user's.
-class ProgramTest : public testing::Test {
- public:
-  struct How {
-    bool terminal = false;             ///< stderr is one
-    rlim_t fileLimit = RLIM_INFINITY;  ///< [bytes] of a file that the program writes
-    std::string out;                   ///< a file that takes stdout
-    std::function<void(pid_t)> meanwhile = [](pid_t) {};
-  };
+/// 300 x 500 in ten layers, three bars, a tendon and an axial force; ten pieces of the half span.
+inline model::ObjectTables smallModel() {
+  model::ObjectTables tables = analysis::rectangle(10);
+  tables.Beams[0] = analysis::beamOf(4000, 0, 10);
+  for (auto& solid : tables.Solids) solid.FlexuralStrain = -0.000144;
+  tables.Tendons.push_back(analysis::tendonOf(140, 400, "Post-tensioning"));
+  tables.AxialForces.push_back(analysis::axialOf(50000, 250));
+  return tables;
+}
 
-  [[nodiscard]] std::filesystem::path path(const std::string& name) const { return m_folder / name; }
-  [[nodiscard]] std::string read(const std::string& name) const { return base::readWholeFile(path(name)); }
-  [[nodiscard]] bool has(const std::string& name) const { return std::filesystem::exists(path(name)); }
+/// Ends a job after 50 rows.
+constexpr const char* kShort = "torvik-batch --set CurvatureLargeRangeTo=4.95E-06 ";
+
+/// A folder in which the program runs, without a terminal or settings of the user's.
+class ProgramTest : public testing::Test {
+ protected:
+  std::filesystem::path path(const std::string& name) const { return m_folder / name; }
+  std::string read(const std::string& name) const { return base::readWholeFile(path(name)); }
+  bool has(const std::string& name) const { return std::filesystem::exists(path(name)); }
   void write(const std::string& name, std::string_view content) const {
     base::replaceWholeFile(path(name), content, base::CreateParents::Yes);
   }
 
   /// Writes the model with some keys changed, each "Section Key=Value".
-  void writeModel(const std::string& name, const model::ObjectTables& tables,
-                  const Texts& changes = {}) const {
+  void writeModel(const std::string& name, const Texts& changes = {},
+                  const model::ObjectTables& tables = smallModel()) const {
     base::ProfileFile file;
     model::writeTables(file, tables);
     for (const std::string& change : changes) {
-      const std::size_t blank = change.find(' ');
-      const std::size_t equals = change.find('=');
-      file.ProfileWrite(change.substr(0, blank), change.substr(blank + 1, equals - blank - 1),
-                        change.substr(equals + 1));
+      const std::string section = change.substr(0, change.find(' '));
+      const std::string key = change.substr(0, change.find('=')).substr(section.size() + 1);
+      file.ProfileWrite(section, key, change.substr(change.find('=') + 1));
     }
     write(name, file.text());
   }
 
-  [[nodiscard]] Ended run(const Texts& arguments) const { return run(arguments, How()); }
-  [[nodiscard]] Ended run(const Texts& arguments, const How& how) const {
-    const tests::TemporaryFolder outside;
-    const std::string out = how.out.empty() ? (outside / "out").string() : how.out;
-    const std::string err = (outside / "err").string();
-    int terminal = -1;
-    int behind = -1;
-    if (how.terminal && ::openpty(&terminal, &behind, nullptr, nullptr, nullptr) != 0) return {};
-
-    const pid_t child = ::fork();
-    if (child == 0) {
-      const rlimit limit{how.fileLimit, how.fileLimit};
-      const auto open = [](const std::string& file, int flags) { return ::open(file.c_str(), flags, 0600); };
-      Texts words = {TORVIK_BATCH};
-      words.insert(words.end(), arguments.begin(), arguments.end());
-      std::vector<char*> argv;
-      for (std::string& word : words) argv.push_back(word.data());
-      argv.push_back(nullptr);
-      ::dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
-      ::dup2(open(out, O_WRONLY | O_CREAT), STDOUT_FILENO);
-      ::dup2(how.terminal ? behind : open(err, O_WRONLY | O_CREAT), STDERR_FILENO);
-      ::setenv("HOME", path("home").c_str(), 1);
-      ::setenv("XDG_CONFIG_HOME", path("home").c_str(), 1);
-      ::alarm(120);  // a hang ends as signal 14
-      if (::chdir(m_folder.path().c_str()) == 0 && ::setrlimit(RLIMIT_FSIZE, &limit) == 0)
-        ::execv(TORVIK_BATCH, argv.data());
-      ::_exit(127);
-    }
-    how.meanwhile(child);
-    const auto start = std::chrono::steady_clock::now();
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    Ended ended;
-    ended.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
-    if (how.out.empty()) ended.out = base::readWholeFile(out);
-    if (how.terminal) {
-      ::close(behind);
-      char shown[4096];
-      for (ssize_t count; (count = ::read(terminal, shown, sizeof shown)) > 0;)
-        ended.err.append(shown, static_cast<std::size_t>(count));
-      ::close(terminal);
-    } else {
-      ended.err = base::readWholeFile(err);
-    }
-    return ended;
+  /// Runs a shell script, in which torvik-batch is the program, in the folder. A hang ends with status 124.
+  Ended run(const std::string& script) const {
+    write("script", "cd '" + path("").string() +
+                        "'; export XDG_CONFIG_HOME=$PWD/home; exec >stdout 2>stderr\n" +
+                        "PATH=$(dirname '" TORVIK_BATCH "'):$PATH\n" + script);
+    const int status = std::system(("timeout 60 sh '" + path("script").string() + "'").c_str());
+    return {WEXITSTATUS(status), read("stdout"), read("stderr")};
   }
 
   /// A result file of whole lines of one width: its rows. -1 where a line is not whole.
-  [[nodiscard]] int wholeRows(const std::string& name) const {
+  int wholeRows(const std::string& name) const {
     const std::string content = read(name);
-    if (!content.ends_with("\t\r\n")) return -1;
-    const Texts lines = split(content, "\r\n");
-    const auto tabs = [](const std::string& line) { return std::count(line.begin(), line.end(), '\t'); };
+    const Texts lines = split(content, "\t\r\n");
     for (const std::string& line : lines)
-      if (!line.ends_with('\t') || tabs(line) != tabs(lines[0])) return -1;
-    return static_cast<int>(lines.size()) - 1;
+      if (std::ranges::count(line, '\t') != std::ranges::count(lines[0], '\t')) return -1;
+    return content.ends_with("\t\r\n") ? static_cast<int>(lines.size()) - 1 : -1;
   }
 
  private:
   tests::TemporaryFolder m_folder;
 };
-
-/// 300 x 500 in ten layers, three bars, ten pieces of the half span.
-inline model::ObjectTables smallModel() {
-  model::ObjectTables tables = analysis::rectangle(10);
-  tables.Beams[0] = analysis::beamOf(4000, 0, 10);
-  return tables;
-}
-
-/// Ends a job after 50 rows.
-inline const Texts kShort = {"--set", "CurvatureLargeRangeTo=4.95E-06"};
-
-inline Texts operator+(Texts a, const Texts& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
 
 }  // namespace torvik::batch

@@ -4,8 +4,8 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
-#include <string>
 
+#include "base/errors.h"
 #include "views/shell.h"
 
 namespace torvik::views {
@@ -13,26 +13,20 @@ namespace torvik::views {
 /// A frame for one child under test: settings in memory, answers given beforehand, questions written down.
 class FakeShell : public Shell {
  public:
-  analysis::RunState state = analysis::RunState::AtRest;
-  std::string settings;  ///< text of the settings file
+  base::ProfileFile settings = base::ProfileFile::ofText("", "torvik.ini");
   QString saveAnswer;
   QString proposal;
   QStringList messages;
   int popups = 0;
   int optionsTab = -1;
-  ChildWindow* deactivated = nullptr;
 
-  [[nodiscard]] analysis::RunState runState() const override { return state; }
+  [[nodiscard]] analysis::RunState runState() const override { return analysis::RunState::AtRest; }
   [[nodiscard]] base::ProfileFile readSettings() const override {
-    return base::ProfileFile::ofText(settings, "torvik.ini");
+    return base::ProfileFile::ofText(settings.text(), "torvik.ini");
   }
-  void changeSettings(const std::function<void(base::ProfileFile&)>& change) override {
-    base::ProfileFile file = readSettings();
-    change(file);
-    settings = file.text();
-  }
+  void changeSettings(const std::function<void(base::ProfileFile&)>& change) override { change(settings); }
   void childActivated(ChildWindow&) override {}
-  void childDeactivated(ChildWindow& child) override { deactivated = &child; }
+  void childDeactivated(ChildWindow&) override {}
   void popupEditMenu(ChildWindow&, const QPoint&) override { ++popups; }
   void openOptions(int tab) override { optionsTab = tab; }
   void showMessage(const QString& text) override { messages.append(text); }
@@ -41,5 +35,14 @@ class FakeShell : public Shell {
     return saveAnswer;
   }
 };
+
+inline bool raises51(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const base::InternalError& error) {
+    return error.number() == 51;
+  }
+  return false;
+}
 
 }  // namespace torvik::views
