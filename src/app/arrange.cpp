@@ -2,6 +2,7 @@
 #include "app/arrange.h"
 
 #include <QMdiSubWindow>
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 
@@ -48,13 +49,25 @@ void arrange(QMdiArea& area, Arrangement arrangement) {
 
   const QRect client = area.viewport()->rect();
   switch (arrangement) {
-    case Arrangement::Cascade:
-      area.cascadeSubWindows();
+    case Arrangement::Cascade: {
+      // Each two thirds of the room, a title bar further down; back at the top before one would leave it.
+      const QSize size = client.size() * 2 / 3;
+      const int offset = area.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &area);
+      const int places = std::max((client.height() - size.height()) / std::max(offset, 1), 1);
+      for (qsizetype i = 0; i < open.size(); ++i) {
+        QMdiSubWindow* window = open[open.size() - 1 - i];
+        if (window->isMaximized()) window->showNormal();
+        const int at = static_cast<int>(i % places) * offset;
+        window->setGeometry(QRect(client.topLeft() + QPoint(at, at), size));
+        window->raise();
+      }
       break;
+    }
     case Arrangement::TileHorizontal:
     case Arrangement::TileVertical: {
       QRect room = client;
-      if (!icons.isEmpty()) room.setHeight(std::max(room.height() - icons.first()->height(), 1));
+      for (const QMdiSubWindow* icon : icons)
+        room.setBottom(std::max(std::min(room.bottom(), icon->y() - 1), 1));
       const std::vector<QRect> places = tiles(room, static_cast<int>(open.size()), arrangement);
       for (qsizetype i = 0; i < open.size(); ++i) {
         if (open[i]->isMaximized()) open[i]->showNormal();

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 namespace torvik::app {
 
@@ -20,6 +21,11 @@ QMessageBox::StandardButton show(QWidget* parent, QMessageBox::Icon icon, const 
   return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
+/// The first extension of a filter, "inp" of "Input Files (*.inp)"; empty where it takes all files.
+QString extensionOf(const QString& filter) {
+  return QRegularExpression("\\*\\.(\\w+)").match(filter).captured(1);
+}
+
 }  // namespace
 
 void ScreenDialogs::information(const QString& text, const QString& caption) {
@@ -32,14 +38,23 @@ bool ScreenDialogs::question(const QString& text, const QString& caption) {
 }
 
 QStringList ScreenDialogs::openFiles(const QString& caption, const QString& filter) {
-  return QFileDialog::getOpenFileNames(m_parent, caption, {}, filter);
+  QFileDialog dialog(m_parent, caption, {}, filter);
+  dialog.setFileMode(QFileDialog::ExistingFiles);
+  dialog.setDefaultSuffix(extensionOf(filter));
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 
 QString ScreenDialogs::saveFile(const QString& caption, const QString& proposal, const QString& filter,
                                 const QString& defaultExtension) {
   QFileDialog dialog(m_parent, caption, QFileInfo(proposal).path(), filter);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix(defaultExtension);
+  // A name without an extension gets that of the chosen type, where the caller names none.
+  const auto suffixOf = [&](const QString& chosen) {
+    return defaultExtension.isEmpty() ? extensionOf(chosen) : defaultExtension;
+  };
+  dialog.setDefaultSuffix(suffixOf(dialog.selectedNameFilter()));
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                   [&](const QString& chosen) { dialog.setDefaultSuffix(suffixOf(chosen)); });
   dialog.selectFile(QFileInfo(proposal).fileName());
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }

@@ -70,6 +70,7 @@ void JobControl::mnuFileJob_Click(int index) {
       setRunning(button.isChecked(), button.isChecked() ? "Pause" : "Start");
       return;
     case 2:
+      showAll();
       if (!program.dialogs->question("End calculation ?", base::kTitle)) return;
       button.setChecked(false);
       m_window.panels().setPanel("Status", "Waiting");
@@ -124,26 +125,29 @@ void JobControl::startJob() {
   if (base::optionFlag(settings, OptionId::MessagesBeepStart))
     playSound(base::optionText(settings, OptionId::MessagesBeepStartSound));
 
-  openResultWindows(job.tables, settings);
-  arrange(m_window.area(), static_cast<Arrangement>(base::optionInteger(settings, OptionId::WindowArrange)));
-
-  ViewSink views(m_windows);
-  std::vector<analysis::Sink*> sinks = {&views};
-  if (resultFile) sinks.push_back(resultFile.get());
-  program.context.prompt = this;
-  program.context.report = [this](const std::string& caption, const std::string& text) {
-    m_window.program().dialogs->information(QString::fromStdString(text), QString::fromStdString(caption));
-  };
-  m_sinceEvents.start();
-  m_views = &views;
-  analysis::runJob(job.tables, options, program.run, *this, sinks, program.context);
-  m_views = nullptr;
-  views.flush();
-
-  std::exception_ptr failure;
+  std::exception_ptr failure;  // the end sound follows in every case
   try {
+    openResultWindows(job.tables, settings);
+    arrange(m_window.area(),
+            static_cast<Arrangement>(base::optionInteger(settings, OptionId::WindowArrange)));
+
+    ViewSink views(m_windows);
+    std::vector<analysis::Sink*> sinks = {&views};
+    if (resultFile) sinks.push_back(resultFile.get());
+    program.context.prompt = this;
+    program.context.report = [this](const std::string& caption, const std::string& text) {
+      showAll();
+      m_window.program().dialogs->information(QString::fromStdString(text), QString::fromStdString(caption));
+    };
+    m_sinceEvents.start();
+    m_views = &views;
+    analysis::runJob(job.tables, options, program.run, *this, sinks, program.context);
+    m_views = nullptr;
+    views.flush();
+
     if (resultFile) resultFile->close();
-  } catch (const base::InputError&) {
+  } catch (const std::exception&) {
+    m_views = nullptr;
     failure = std::current_exception();
   }
   if (base::optionFlag(settings, OptionId::MessagesBeepEnd))
@@ -215,6 +219,11 @@ void JobControl::doEvents() {
   m_sinceEvents.start();
 }
 
+void JobControl::showAll() {
+  if (m_views) m_views->flush();
+  showPanels();
+}
+
 void JobControl::showPanels() {
   for (std::size_t i = 0; i < m_panelTexts.size(); ++i)
     if (std::exchange(m_panelChanged[i], false)) m_window.panels().setPanel(kPanelKeys[i], m_panelTexts[i]);
@@ -237,7 +246,7 @@ void JobControl::reportMessage(const std::string& text) {
 }
 
 void JobControl::showMessage(const std::string& text) {
-  showPanels();
+  showAll();
   m_window.program().dialogs->information(QString::fromStdString(text), base::kTitle);
 }
 
@@ -275,6 +284,7 @@ void JobControl::pause(analysis::PauseCause cause) {
 
 std::string JobControl::inputBox(const std::string& prompt, const std::string& title,
                                  const std::string& defaultText) {
+  showAll();
   return m_window.program()
       .dialogs
       ->input(QString::fromStdString(prompt), QString::fromStdString(title),

@@ -65,6 +65,8 @@ class JobControl : public analysis::Host, public materials::ConfinementPrompt {
   void openChart(views::ChartKind kind, const model::ObjectTables& job);
   void setRunning(bool pressed, const char* status);
   void showPanels();
+  /// Before a box stops the job: what stands behind it is the present state.
+  void showAll();
 
   MainWindow& m_window;
   ResultWindows m_windows;

@@ -22,15 +22,20 @@ int main(int argc, char** argv) {
       false);  // closing the frame ends the program, closing the help does not
   std::setlocale(LC_NUMERIC, "C");
 
+  app::ScreenDialogs dialogs;
   app::Program program;
-  program.settingsFile = base::settingsFilePath();
+  try {
+    program.settingsFile = base::settingsFilePath();
+  } catch (const base::InputError& error) {
+    dialogs.information(error.what(), base::kTitle);
+    return 1;
+  }
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
   QDir().mkpath(folder);
   app::SingleInstance instance(folder);
   const QString title = QString::fromStdString(base::VersionTitle());
   if (!instance.isFirst(title)) return 0;
 
-  app::ScreenDialogs dialogs;
   app::DeviceSounds sounds;
   program.dialogs = &dialogs;
   program.sounds = &sounds;

@@ -219,6 +219,7 @@ void MainWindow::RestoreWindowLayout(const base::ProfileFile& settings) {
   if (!visible) place.moveCenter(screenArea.center());
   const int state = settings.ProfileGetInt(kSection, "State", 0);
   m_restoringLayout = true;
+  setWindowState(Qt::WindowNoState);
   setGeometry(place);
   setWindowState(state == 2 ? Qt::WindowMaximized : state == 1 ? Qt::WindowMinimized : Qt::WindowNoState);
   m_restoringLayout = false;
@@ -226,7 +227,7 @@ void MainWindow::RestoreWindowLayout(const base::ProfileFile& settings) {
 
 void MainWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
-  if (!m_loaded || m_restoringLayout || menuAction("mnuToolResize").isChecked()) return;
+  if (!m_loaded || m_restoringLayout || isMaximized() || menuAction("mnuToolResize").isChecked()) return;
   m_restoringLayout = true;  // until the window has snapped back
   QTimer::singleShot(0, this, [this] {
     m_restoringLayout = false;
@@ -253,7 +254,13 @@ void MainWindow::toggleResize() {
   });
 }
 
-void MainWindow::openOptions(int) {}
+void MainWindow::openOptions(int tab) {
+  if (tab <= 0) return;
+  changeSettings([&](base::ProfileFile& settings) {
+    settings.ProfileWrite(base::kOptionSection, base::optionKey(OptionId::SelectedTab).name,
+                          base::plainText(tab));
+  });
+}
 
 void MainWindow::showMessage(const QString& text) {
   m_program.dialogs->information(text, title());
@@ -389,12 +396,15 @@ void MainWindow::dropEvent(QDropEvent* event) {
   for (const QUrl& url : event->mimeData()->urls())
     if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isDir())
       paths.push_back(nativePath(url.toLocalFile()));
-  if (paths.empty() || !mayDropEdits("Open a file ?")) return;
-  closeAllChildren();
-  for (const std::string& path : paths) {
-    if (openFile(path)) guarded("Start", [this] { m_job->mnuFileJob_Click(0); });
-    if (m_closeWhenJobIsOver) return;
-  }
+  // Behind the event: the other program waits until the drop is taken.
+  QTimer::singleShot(0, this, [this, paths] {
+    if (m_job->isRunning() || paths.empty() || !mayDropEdits("Open a file ?")) return;
+    closeAllChildren();
+    for (const std::string& path : paths) {
+      if (openFile(path)) guarded("Start", [this] { m_job->mnuFileJob_Click(0); });
+      if (m_closeWhenJobIsOver) return;
+    }
+  });
 }
 
 // ---- Children
@@ -457,6 +467,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     };
     if (event->type() == QEvent::FocusIn && movesFocus()) m_job->pauseForStepBox();
     if (event->type() == QEvent::FocusOut && movesFocus()) stepBoxLostFocus();
+    if (event->type() == QEvent::Wheel && !m_stepBox->hasFocus()) return true;  // no step by a stray wheel
     if (event->type() == QEvent::KeyPress) {
       const QString text = static_cast<QKeyEvent*>(event)->text();
       const bool typed = text.size() == 1 && (text[0].isPrint() || text[0] == '\b');

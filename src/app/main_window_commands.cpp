@@ -176,7 +176,8 @@ void MainWindow::buildToolBar() {
       m_stepBox->setEditable(true);
       m_stepBox->setInsertPolicy(QComboBox::NoInsert);
       m_stepBox->addItems({"Small", "Large"});
-      m_stepBox->setToolTip("Step of the curvature: Small, Large or a number [1/mm]");
+      m_stepBox->setToolTip("Step");
+      m_stepBox->setFocusPolicy(Qt::StrongFocus);
       m_stepBox->setMinimumContentsLength(8);
       m_stepBox->lineEdit()->installEventFilter(this);
       m_stepBox->installEventFilter(this);
@@ -287,12 +288,13 @@ void MainWindow::watchClipboard() {
 }
 
 void MainWindow::popupEditMenu(views::ChildWindow& child, const QPoint& globalPosition) {
-  QMenu popup(this);
-  popup.addActions(m_editMenu->actions());
+  auto* popup = new QMenu(this);  // not modal: a job goes on behind it
+  popup->setAttribute(Qt::WA_DeleteOnClose);
+  popup->addActions(m_editMenu->actions());
   const QList<QAction*> own = child.ownActions();
-  if (!own.isEmpty()) popup.addSeparator();
-  popup.addActions(own);
-  popup.exec(globalPosition);
+  if (!own.isEmpty()) popup->addSeparator();
+  popup->addActions(own);
+  popup->popup(globalPosition);
 }
 
 }  // namespace torvik::app

@@ -52,7 +52,13 @@ void StatusPanels::addPanel(const QString& key, const QString& caption, int char
   if (!caption.isEmpty()) {
     auto* title = new QLabel(caption);
     title->setFont(font());
-    title->setEnabled(false);  // set apart from the value by the palette's own dim colour
+    QPalette quiet = palette();  // set apart from the value, and still easy to read
+    const QColor text = quiet.color(QPalette::WindowText);
+    const QColor ground = quiet.color(QPalette::Window);
+    quiet.setColor(QPalette::WindowText, QColor((text.red() * 3 + ground.red() * 2) / 5,
+                                                (text.green() * 3 + ground.green() * 2) / 5,
+                                                (text.blue() * 3 + ground.blue() * 2) / 5));
+    title->setPalette(quiet);
     layout->addWidget(title);
   }
   auto* label = new QLabel;

@@ -24,11 +24,12 @@ void setCurrent(views::ResultTable* table, const analysis::SectionState::Rows& r
 
 views::ResultTable* ViewSink::table(TableKind kind) const {
   const auto& window = m_windows.tables[static_cast<std::size_t>(kind)];
-  return window ? &window->table() : nullptr;
+  return window && !window->isUnloaded() ? &window->table() : nullptr;
 }
 
 views::ChartWindow* ViewSink::chart(ChartKind kind) const {
-  return m_windows.charts[static_cast<std::size_t>(kind)];
+  const auto& window = m_windows.charts[static_cast<std::size_t>(kind)];
+  return window && !window->isUnloaded() ? window.data() : nullptr;
 }
 
 void ViewSink::sectionParameters(const analysis::SectionParameterTable& sections) {

@@ -3,9 +3,11 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QProxyStyle>
 #include <QStyleOptionTitleBar>
 
@@ -27,20 +29,25 @@ class WithoutCloseButton : public QProxyStyle {
 
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                           const QWidget* widget) const override {
-    const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
-    if (control != CC_TitleBar || !bar) {
+    if (const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+        bar && control == CC_TitleBar) {
+      QStyleOptionTitleBar without(*bar);
+      without.subControls &= ~SC_TitleBarCloseButton;
+      QProxyStyle::drawComplexControl(control, &without, painter, widget);
+    } else if (control == CC_MdiControls) {  // of a maximized child, at the end of the menu bar
+      QStyleOptionComplex without(*option);
+      without.subControls &= ~SC_MdiCloseButton;
+      QProxyStyle::drawComplexControl(control, &without, painter, widget);
+    } else {
       QProxyStyle::drawComplexControl(control, option, painter, widget);
-      return;
     }
-    QStyleOptionTitleBar without(*bar);
-    without.subControls &= ~SC_TitleBarCloseButton;
-    QProxyStyle::drawComplexControl(control, &without, painter, widget);
   }
 
-  SubControl hitTestComplexControl(ComplexControl control, const QStyleOptionComplex* option, const QPoint& position,
-                                   const QWidget* widget) const override {
+  SubControl hitTestComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   const QPoint& position, const QWidget* widget) const override {
     const SubControl hit = QProxyStyle::hitTestComplexControl(control, option, position, widget);
-    return control == CC_TitleBar && hit == SC_TitleBarCloseButton ? SC_TitleBarLabel : hit;
+    if (control == CC_TitleBar && hit == SC_TitleBarCloseButton) return SC_TitleBarLabel;
+    return control == CC_MdiControls && hit == SC_MdiCloseButton ? SC_None : hit;
   }
 };
 
@@ -52,19 +59,31 @@ ChildWindow::ChildWindow(Shell& shell, const QString& name, int kind)
   setAttribute(Qt::WA_DeleteOnClose);
 }
 
-QMdiSubWindow* ChildWindow::frame() const { return qobject_cast<QMdiSubWindow*>(parentWidget()); }
+QMdiSubWindow* ChildWindow::frame() const {
+  return qobject_cast<QMdiSubWindow*>(parentWidget());
+}
 
 void ChildWindow::setClosable(bool closable) {
   m_closable = closable;
   QMdiSubWindow* subWindow = frame();
   if (!subWindow) return;
   subWindow->setStyle(closable ? nullptr : new WithoutCloseButton(subWindow));
+  showMenuBarButtons();
+  connect(subWindow, &QMdiSubWindow::windowStateChanged, this, &ChildWindow::showMenuBarButtons,
+          Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
   if (QMenu* menu = subWindow->systemMenu())
     for (QAction* action : menu->actions())
       if (action->shortcut() == QKeySequence(QKeySequence::Close)) {
         action->setVisible(closable);
         action->setEnabled(closable);
       }
+}
+
+void ChildWindow::showMenuBarButtons() {
+  const auto* mainWindow = qobject_cast<QMainWindow*>(window());
+  if (!mainWindow || !frame() || !frame()->isMaximized()) return;
+  if (QWidget* buttons = mainWindow->menuBar()->cornerWidget(Qt::TopRightCorner))
+    buttons->setStyle(m_closable ? nullptr : new WithoutCloseButton(buttons));
 }
 
 void ChildWindow::load() {
@@ -82,7 +101,7 @@ void ChildWindow::closeNow() {
 
 void ChildWindow::saveLayout(base::ProfileFile& settings) const {
   const QMdiSubWindow* subWindow = frame();
-  const int state = !subWindow                  ? kNormal
+  const int state = !subWindow                 ? kNormal
                     : subWindow->isMinimized() ? kMinimized
                     : subWindow->isMaximized() ? kMaximized
                                                : kNormal;

@@ -80,6 +80,9 @@ class ChildWindow : public QWidget {
   void popupMenuAt(const QPoint& globalPosition);
 
  private:
+  /// The buttons that a maximized child has at the end of the menu bar follow `isClosable`.
+  void showMenuBarButtons();
+
   Shell& m_shell;
   QString m_tag;
   bool m_closable = true;

@@ -26,7 +26,7 @@ TableWindow::TableWindow(Shell& shell, TableKind kind, const model::ObjectTables
     : ChildWindow(shell, QStringLiteral("frmTable"), static_cast<int>(kind)),
       m_table(new ResultTable(kind, job, this)),
       m_view(new TableView(this)),
-      m_saveTableAs(new QAction(QStringLiteral("Save &Table As..."), this)),
+      m_saveTableAs(new QAction(QStringLiteral("Sa&ve Table As..."), this)),
       m_fitColumns(new QAction(QStringLiteral("&Fit Column Widths"), this)) {
   setWindowTitle(ResultTable::title(kind));
   m_view->setModel(m_table);

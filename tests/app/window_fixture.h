@@ -6,9 +6,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QLabel>
 #include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QStringList>
 #include <QThread>
 #include <QTimer>
@@ -24,12 +22,10 @@
 #include "base/profile.h"
 #include "base/temporary_folder.h"
 #include "model/input_file.h"
-#include "views/chart_control.h"
-#include "views/chart_window.h"
 #include "views/table_window.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) {
-  *out << '"' << text.toStdString() << '"';
+  *out << text.toStdString();
 }
 
 namespace torvik::app {
@@ -42,28 +38,19 @@ class ScriptedDialogs : public Dialogs {
   bool yes = true;  ///< answer to every question
   QStringList filesToOpen;
   QString fileToSave;
-  QStringList inputs;                         ///< answers, taken from the front
-  std::function<void(const QString&)> onBox;  ///< while the box stands open
 
-  void information(const QString& text, const QString&) override { note("box: " + text); }
+  void information(const QString& text, const QString&) override { m_log.append("box: " + text); }
   bool question(const QString& text, const QString&) override {
-    note("question: " + text);
+    m_log.append("question: " + text);
     return yes;
   }
   QStringList openFiles(const QString&, const QString&) override { return filesToOpen; }
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override {
     return fileToSave;
   }
-  QString input(const QString&, const QString& caption, const QString&) override {
-    note("input: " + caption);
-    return inputs.isEmpty() ? QString() : inputs.takeFirst();
-  }
+  QString input(const QString&, const QString&, const QString&) override { return {}; }
 
  private:
-  void note(const QString& text) {
-    m_log.append(text);
-    if (onBox) onBox(text);
-  }
   QStringList& m_log;
 };
 
@@ -126,7 +113,6 @@ class WindowTest : public ::testing::Test {
   [[nodiscard]] std::string content(const std::string& name) const {
     return base::readWholeFile(folder / name);
   }
-  [[nodiscard]] bool exists(const std::string& name) const { return base::isFile(folder / name); }
 
   /// A beam that is done in a moment, with a row of every kind. One solid, both bars and the tendon are put
   /// out.
@@ -159,10 +145,6 @@ class WindowTest : public ::testing::Test {
     return *found;
   }
   void trigger(const QString& name) { action(name).trigger(); }
-  void click(const QString& toolButton) {
-    QTest::mouseClick(window->findChild<QWidget*>("Toolbar1_" + toolButton), Qt::LeftButton);
-  }
-  [[nodiscard]] QString panel(const QString& key) const { return window->findChild<QLabel*>(key)->text(); }
   [[nodiscard]] QComboBox& stepBox() const { return *window->findChild<QComboBox*>("Combo1"); }
   [[nodiscard]] QMdiArea& area() const { return *window->findChild<QMdiArea*>("mdiArea"); }
   [[nodiscard]] analysis::RunState state() const { return program.run.state; }
@@ -181,9 +163,6 @@ class WindowTest : public ::testing::Test {
   }
   [[nodiscard]] views::ResultTable& table(const QString& title) const {
     return child<views::TableWindow>(title).table();
-  }
-  [[nodiscard]] views::ChartControl& chart(const QString& title) const {
-    return child<views::ChartWindow>(title).chart();
   }
   [[nodiscard]] int solverRows() const { return table("Table - Solver").rowCount() - 1; }
 
