@@ -5,33 +5,16 @@
 
 #include "model/objects.h"
 
-/// Small models that the tests of this folder share. Lengths in mm, forces in N.
+/// Small models that the tests of this folder share. Lengths in mm, forces in N. Each record has its fields
+/// in the order of its declaration.
 namespace torvik::analysis {
 
 inline model::BeamObject beamOf(double Span, double FlexuralSpan, std::int16_t pieces) {
-  model::BeamObject beam;
-  beam.Use = 1;
-  beam.Span = Span;
-  beam.FlexuralSpan = FlexuralSpan;
-  beam.ShearSpan = (Span - FlexuralSpan) / 2;
-  beam.HalfSpanFiberNumber = pieces;
-  beam.HalfSpanFiberLength = Span / 2 / pieces;
-  return beam;
+  return {1, Span, FlexuralSpan, (Span - FlexuralSpan) / 2, pieces, Span / 2 / pieces};
 }
 
 inline model::SolidObject solidOf(double Width, double Height, double Depth) {
-  model::SolidObject solid;
-  solid.Use = 1;
-  solid.Type = "JSCE (Design)";
-  solid.Number = 1;
-  solid.Width = Width;
-  solid.Height = Height;
-  solid.Area = Width * Height;
-  solid.Depth = Depth;
-  solid.ElasticModulus = 28000;
-  solid.UltimateStress = 30;
-  solid.UltimateStrain = 0.0035;
-  return solid;
+  return {1, 0, "JSCE (Design)", "", 1, Width, Height, Width * Height, Depth, 0, "", 28000, 0, 0, 30, 0.0035};
 }
 
 /// A stack of `count` equal layers from `top` downward. Without tension: `FlexuralStrain` is 0.
@@ -41,54 +24,25 @@ inline void addLayers(model::ObjectTables& tables, double Width, double Height, 
 }
 
 inline model::BarObject barOf(std::int16_t Number, double Area, double Depth, double YieldStress = 345) {
-  model::BarObject bar;
-  bar.Use = 1;
-  bar.Output = 1;
-  bar.Type = "JSCE (Design)";
-  bar.Number = Number;
-  bar.Area = Area;
-  bar.Depth = Depth;
-  bar.ElasticModulus = 200000;
-  bar.YieldStress = YieldStress;
-  bar.YieldStrain = YieldStress / 200000;
-  bar.UltimateStress = 520;
-  bar.UltimateStrain = 0.2;
-  return bar;
+  return {1,      1,           "JSCE (Design)",      "",  Number, "", Area, Depth, 0, "",
+          200000, YieldStress, YieldStress / 200000, 520, 0.2};
 }
 
 inline model::TendonObject tendonOf(double Area, double Depth, const std::string& Prestressing) {
-  model::TendonObject tendon;
-  tendon.Use = 1;
-  tendon.Output = 1;
-  tendon.Type = "JSCE (Design)";
-  tendon.Number = 1;
-  tendon.Area = Area;
-  tendon.Depth = Depth;
-  tendon.IntroductionStrain = 0.005;
-  tendon.Prestressing = Prestressing;
-  tendon.ElasticModulus = 200000;
-  tendon.YieldStress = 1600;
-  tendon.YieldStrain = 0.008;
-  tendon.UltimateStress = 1860;
-  tendon.UltimateStrain = 0.05;
-  return tendon;
+  return {1, 1,  "JSCE (Design)", "",   1,     "",   Area, Depth, 0.005, Prestressing, 0, 0,
+          0, "", 200000,          1600, 0.008, 1860, 0.05};
 }
 
 inline model::AxialForceObject axialOf(double Force, double Depth) {
-  model::AxialForceObject axial;
-  axial.Use = 1;
-  axial.Number = 1;
-  axial.Depth = Depth;
-  axial.Force = Force;
-  return axial;
+  return {1, 1, Depth, Force};
 }
 
 /// 300 x 500, three bars of 506.7 at depth 450, span 4000 under one load at midspan.
 inline model::ObjectTables rectangle(int layers) {
   model::ObjectTables tables;
-  tables.Beams.push_back(beamOf(4000, 0, 100));
+  tables.Beams = {beamOf(4000, 0, 100)};
   addLayers(tables, 300, 500, layers);
-  tables.Bars.push_back(barOf(3, 506.7, 450));
+  tables.Bars = {barOf(3, 506.7, 450)};
   return tables;
 }
 

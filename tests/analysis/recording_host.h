@@ -1,45 +1,54 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <fmt/format.h>
+
+#include <array>
 #include <functional>
+#include <initializer_list>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "analysis/host.h"
-#include "analysis/run_state.h"
+#include "analysis/job.h"
 #include "analysis/sink.h"
-#include "base/number_text.h"
+#include "base/errors.h"
 #include "materials/confinement.h"
 
 namespace torvik::analysis {
 
-/// Writes down what a job asks of its surroundings, in one list with what it gives to its sinks.
+/// The window and the user around a job. Writes down what the job asks of them, in one list with what it
+/// gives to its sinks. Values stand behind a tab in their shortest exact form, so equal lines mean equal
+/// bits.
 class RecordingHost : public Host, public materials::ConfinementPrompt {
  public:
   RunControl control{RunState::Running};
   std::vector<std::string> events;
   std::string step = "Small";
-  bool recordCounts = false;
-  std::function<void(const std::string&)> onEvent;  ///< called after each event is written down
+  bool pausing = false;  ///< a pause takes effect, until the next call of doEvents
+  std::function<void(RecordingHost&, int)> atEvents;  ///< what the user does; with the number of the call
+  std::vector<std::string> answers = {"r", "300"};    ///< to the input boxes, in turn; then nobody answers
 
-  void note(const std::string& event) {
-    events.push_back(event);
-    if (onEvent) onEvent(event);
+  void note(std::string event, const std::vector<double>& values = {}) {
+    if (!values.empty()) event += fmt::format("\t{}", fmt::join(values, " "));
+    events.push_back(std::move(event));
   }
 
-  void doEvents() override { note("events"); }
+  void doEvents() override {
+    note("events");
+    if (control.state == RunState::Paused) control.state = RunState::Running;
+    ++m_calls;
+    if (atEvents) atEvents(*this, m_calls);
+  }
   void reportMessage(const std::string& text) override { note("report: " + text); }
   void showMessage(const std::string& text) override { note("message: " + text); }
   void playSound(const std::string& file) override { note("sound: " + file); }
   void setPanel(Panel panel, const std::string& text) override {
-    static const char* const kNames[] = {"Beam Top", "Beam Bottom", "Status", "Mu"};
-    note(std::string(kNames[static_cast<int>(panel)]) + ": " + text);
+    static constexpr std::array kNames = {"Beam Top: ", "Beam Bottom: ", "Status: ", "Mu: "};
+    note(kNames.at(static_cast<std::size_t>(panel)) + text);
   }
-  void setCount(int iteration, int outerIteration) override {
-    if (recordCounts)
-      note("Count: " + base::plainText(iteration) +
-           (outerIteration > 0 ? "/" + base::plainText(outerIteration) : std::string()));
-  }
+  void setCount(int inner, int outer) override { note(fmt::format("Count: {}/{}", inner, outer)); }
   std::string stepText() override { return step; }
   void setStepText(const std::string& text) override {
     step = text;
@@ -47,44 +56,86 @@ class RecordingHost : public Host, public materials::ConfinementPrompt {
   }
   void pause(PauseCause cause) override {
     note(cause == PauseCause::Watch ? "pause at watch" : "pause before loading");
+    if (pausing && control.state == RunState::Running) control.state = RunState::Paused;
   }
-  std::string inputBox(const std::string&, const std::string& title, const std::string&) override {
-    note("ask: " + title);
-    return title == "Section Shape" ? "r" : "300";
+  std::string inputBox(const std::string& prompt, const std::string& title,
+                       const std::string& text) override {
+    note(fmt::format("ask: {} / {} / {}", prompt, title, text));
+    if (m_asked == answers.size()) throw base::InputError("nobody answers");
+    return answers[m_asked++];
   }
+
+ private:
+  int m_calls = 0;
+  std::size_t m_asked = 0;
 };
 
-/// Keeps the rows of a job and writes its other calls into a host's list.
+/// Keeps the rows of a job and writes all that it gets into a host's list.
 class RecordingSink : public Sink {
  public:
   explicit RecordingSink(RecordingHost* host = nullptr) : m_host(host) {}
 
   std::vector<std::vector<double>> rows;
-  std::vector<double> reportedCurvatures;
 
-  void sectionParameters(const SectionParameterTable&) override { note("section parameters"); }
-  void strainWithoutLoad(const SectionState&) override { note("strain without load"); }
-  void currentValues(const SectionState&) override { note("current values"); }
-  void beginRow(int Step) override { note("row " + base::plainText(Step)); }
-  void watchCrossed(const WatchCrossing& crossing) override {
-    note("crossed: " + std::string(crossing.heading) + " column " + base::plainText(crossing.column));
+  void sectionParameters(const SectionParameterTable& table) override {
+    for (const SectionParameterRow& row : table.rows) note("section", row.values());
+  }
+  void strainWithoutLoad(const SectionState& state) override { noteState("strain without load", state); }
+  void currentValues(const SectionState& state) override { noteState("current values", state); }
+  void beginRow(int Step) override { note(fmt::format("row {}", Step)); }
+  void cell(int column, double value) override { note(fmt::format("cell {}", column), {value}); }
+  void watchCrossed(const WatchCrossing& c) override {
+    note(fmt::format("crossed: {} column {}", c.heading, c.column), {c.WatchStrain, c.strain});
   }
   void endRow() override { note("row ends"); }
   void resultRow(std::span<const double> values) override {
     rows.emplace_back(values.begin(), values.end());
-    note("line");
+    note("line", values);
   }
   void loadStep(const LoadStep& step) override {
-    reportedCurvatures.push_back(step.Curvature);
-    note("charts");
+    const BeamResponse& beam = step.beam;
+    note(fmt::format("charts {}", step.Step),
+         {step.Moment, step.Curvature, beam.Load(), beam.Displacement()});
+    std::vector<double> values;
+    const std::vector<double> deflection = beam.Deflection();
+    for (std::size_t i = 0; i < deflection.size(); ++i)
+      values.insert(values.end(), {beam.pieceMoments()[i], beam.pieceCurvatures()[i], deflection[i]});
+    note("pieces", values);
   }
-  void jobOver(const SectionState&) override { note("over"); }
+  void jobOver(const SectionState& state) override { noteState("over", state); }
 
  private:
-  void note(const std::string& event) {
-    if (m_host) m_host->note(event);
+  template <class Values = std::initializer_list<double>>
+  void note(const std::string& event, const Values& values = {}) {
+    if (m_host) m_host->note(event, {values.begin(), values.end()});
+  }
+  void noteState(const std::string& event, const SectionState& state) {
+    std::vector<double> values;
+    for (const SectionState::Rows* r : {&state.solids(), &state.bars(), &state.tendons()})
+      for (std::size_t i = 0; i < r->size(); ++i)
+        values.insert(values.end(),
+                      {r->BaseStrain[i], r->CurrentStrain[i], r->CurrentStress[i], r->CurrentForce[i]});
+    note(event, values);
   }
   RecordingHost* m_host;
+};
+
+/// A job in its surroundings.
+struct JobRun {
+  RecordingHost host;
+  RecordingSink sink{&host};
+  materials::StressStrainContext context;
+  JobOutcome outcome;
+
+  explicit JobRun(RecordingHost user) : host(std::move(user)) {
+    context.prompt = &host;
+    context.report = [&](const std::string& caption, const std::string&) { host.note("curve: " + caption); };
+  }
+  JobRun(model::ObjectTables job, const JobOptions& options, RecordingHost user = {})
+      : JobRun(std::move(user)) {
+    Sink* const sinks[] = {&sink};
+    outcome = runJob(job, options, host.control, host, sinks, context);
+  }
 };
 
 }  // namespace torvik::analysis

@@ -6,220 +6,84 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <functional>
 #include <initializer_list>
 #include <map>
-#include <memory>
 #include <random>
-#include <span>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "analysis/models.h"
-#include "analysis/sink.h"
+#include "base/files.h"
+#include "base/temporary_folder.h"
 
 /// The engine against the slow path, bit by bit: section parameters, every trial, state, row, piece and
 /// message, in the order in which they come.
 namespace torvik::analysis {
 namespace {
 
-using reference::Desk;
-using reference::Transcript;
 using End = JobOutcome::End;
 
-class EngineRecorder : public Host, public Sink {
- public:
-  explicit EngineRecorder(Desk& desk) : m_desk(desk), m_transcript(desk.transcript) {}
-
-  std::string lastState;
-
-  void doEvents() override { m_desk.doEvents(); }
-  void reportMessage(const std::string& text) override { m_transcript.add("report: " + text); }
-  void showMessage(const std::string& text) override { m_desk.showMessage(text); }
-  void playSound(const std::string& file) override { m_transcript.add("sound: " + file); }
-  void setPanel(Panel panel, const std::string& text) override {
-    static constexpr std::array kNames = {"Beam Top: ", "Beam Bottom: ", "Status: ", "Mu: "};
-    m_transcript.add(kNames.at(static_cast<std::size_t>(panel)) + text);
-  }
-  void setCount(int iteration, int outerIteration) override {
-    m_transcript.add("Count: " + std::to_string(iteration) +
-                     (outerIteration > 0 ? "/" + std::to_string(outerIteration) : std::string()));
-  }
-  std::string stepText() override { return m_desk.step; }
-  void setStepText(const std::string& text) override {
-    m_desk.step = text;
-    m_transcript.add("step box: " + text);
-  }
-  void pause(PauseCause cause) override { m_desk.pause(cause); }
-
-  void sectionParameters(const SectionParameterTable& table) override {
-    for (const SectionParameterRow& row : table.rows) {
-      std::string line = "section";
-      Transcript::append(line, row.values());
-      m_transcript.add(line);
-    }
-  }
-  void strainWithoutLoad(const SectionState& state) override {
-    m_transcript.add(lineOf("strain without load", state));
-  }
-  void currentValues(const SectionState& state) override {
-    m_transcript.add(lineOf("current values", state));
-  }
-  void beginRow(int step) override { m_transcript.add("row " + std::to_string(step)); }
-  void cell(int column, double value) override {
-    m_transcript.add("cell " + std::to_string(column), {value});
-  }
-  void watchCrossed(const WatchCrossing& crossing) override {
-    m_transcript.add(
-        "crossed " + std::string(crossing.heading) + " column " + std::to_string(crossing.column),
-        {crossing.WatchStrain, crossing.strain});
-  }
-  void endRow() override { m_transcript.add("row ends"); }
-  void resultRow(std::span<const double> values) override {
-    std::string line = "line";
-    Transcript::append(line, values);
-    m_transcript.add(line);
-  }
-  void loadStep(const LoadStep& step) override {
-    m_transcript.add("charts " + std::to_string(step.Step),
-                     {step.Moment, step.Curvature, step.beam.Load(), step.beam.Displacement()});
-    std::string line = "pieces";
-    const std::vector<double> deflection = step.beam.Deflection();
-    for (std::size_t i = 0; i < step.beam.pieceCount(); ++i)
-      Transcript::append(
-          line, std::array{step.beam.pieceMoments()[i], step.beam.pieceCurvatures()[i], deflection[i]});
-    m_transcript.add(line);
-  }
-  void jobOver(const SectionState& state) override { lastState = lineOf("last state", state); }
-
- private:
-  static std::string lineOf(const std::string& name, const SectionState& state) {
-    return reference::stateLine(name, [&](auto&& row) {
-      const auto each = [&](const char* table, const SectionState::Rows& rows) {
-        for (std::size_t i = 0; i < rows.size(); ++i)
-          row(table, rows.BaseStrain[i], rows.CurrentStrain[i], rows.CurrentStress[i], rows.CurrentForce[i]);
-      };
-      each(" S", state.solids());
-      each(" B", state.bars());
-      each(" T", state.tendons());
-    });
-  }
-
-  Desk& m_desk;
-  Transcript& m_transcript;
-};
-
-/// Coarse ranges: 14 steps from "Small".
-JobOptions coarse(std::int16_t MaxIteration = 40) {
-  JobOptions options;
-  options.SmallTo = 1e-5;
-  options.SmallStep = 2e-6;
-  options.LargeTo = 4.1e-5;
-  options.LargeStep = 4e-6;
-  options.MaxIteration = MaxIteration;
-  options.convergenceSound = "ding.wav";
-  options.pausePreLoadingSound = "break.wav";
-  options.pauseWatchSound = "watch.wav";
-  return options;
-}
+/// Coarse ranges, met exactly: 10 steps from "Small".
+const JobOptions kCoarse{.SmallTo = 4 * 0x1p-19,
+                         .SmallStep = 0x1p-19,
+                         .LargeTo = 17 * 0x1p-19,
+                         .LargeStep = 2 * 0x1p-19,
+                         .MaxIteration = 40,
+                         .convergenceSound = "ding.wav",
+                         .pausePreLoadingSound = "break.wav",
+                         .pauseWatchSound = "watch.wav"};
 
 struct Case {
-  std::string name;
+  std::string name;  ///< of a search that fails, the message
   model::ObjectTables tables;
-  JobOptions options = coarse();
-  Desk desk;  ///< of the user; each path gets a copy
-  bool prompt = true;
+  std::function<void(Case&)> change = {};
+  End end = End::LoadingEnd;
+  JobOptions options = kCoarse;
+  RecordingHost user = {};
 };
-
-bool isFault(End end) {
-  return end == End::NumericFault || end == End::InternalError || end == End::InputError;
-}
 
 /// Runs both paths and holds them against each other. @return how the engine's job ended
 JobOutcome runBoth(const Case& test) {
-  const auto contextOf = [&](Desk& desk) {
-    auto context = std::make_unique<materials::StressStrainContext>();
-    if (test.prompt) context->prompt = &desk;
-    context->report = [&desk](const std::string& caption, const std::string&) {
-      desk.transcript.add("curve: " + caption);
-    };
-    return context;
-  };
-
-  Desk slowDesk = test.desk;
-  const auto slowContext = contextOf(slowDesk);
-  reference::Job slow(test.tables, test.options, slowDesk, *slowContext);
-  const JobOutcome wanted = slow.run();
-
-  Desk desk = test.desk;
-  const auto context = contextOf(desk);
-  EngineRecorder recorder(desk);
-  Sink* const sinks[] = {&recorder};
-  model::ObjectTables job = test.tables;
-  const JobOutcome got = runJob(job, test.options, desk.control, recorder, sinks, *context);
-
-  EXPECT_EQ(got.end, wanted.end) << test.name << ": " << got.message << " / " << wanted.message;
-  EXPECT_EQ(got.rows, wanted.rows) << test.name;
-  EXPECT_EQ(desk.step, slowDesk.step) << test.name;
-  std::vector<std::string>& lines = desk.transcript.lines;
-  if (isFault(got.end)) {
-    // The words of a fault are the engine's own.
-    EXPECT_FALSE(got.message.empty()) << test.name;
-    EXPECT_TRUE(!lines.empty() && lines.back() == "report: " + got.message) << test.name;
-    if (!lines.empty()) lines.pop_back();
-  } else {
-    EXPECT_EQ(got.message, wanted.message) << test.name;
-    EXPECT_EQ(recorder.lastState, slow.state("last state")) << test.name;
-    EXPECT_EQ(job.Beams[0].BeamTop, slow.BeamTop()) << test.name;
-    EXPECT_EQ(job.Beams[0].BeamBottom, slow.BeamBottom()) << test.name;
-  }
-  const std::vector<std::string>& slowLines = slowDesk.transcript.lines;
-  const auto [a, b] = std::mismatch(lines.begin(), lines.end(), slowLines.begin(), slowLines.end());
-  if (a != lines.end() || b != slowLines.end()) {
-    std::string before;
-    for (auto line = a - std::min<std::ptrdiff_t>(3, a - lines.begin()); line != a; ++line)
-      before += "\n  " + *line;
-    ADD_FAILURE() << test.name << ": line " << a - lines.begin() << ", behind" << before
-                  << "\nengine: " << (a != lines.end() ? *a : "(end: " + got.message + ")")
-                  << "\nslow:   " << (b != slowLines.end() ? *b : "(end)");
-  }
-  return got;
+  JobRun engine(test.tables, test.options, test.user);
+  reference::Job slow(test.tables, test.options, test.user);
+  const JobOutcome& outcome = engine.outcome;
+  std::vector<std::string>& events = engine.host.events;
+  EXPECT_EQ(outcome.end, slow.outcome.end) << outcome.message << " / " << slow.outcome.message;
+  EXPECT_EQ(outcome.rows, slow.outcome.rows);
+  if (outcome.end >= End::NumericFault)
+    events.erase(std::find(events.begin(), events.end(), "report: " + outcome.message), events.end());
+  else
+    EXPECT_EQ(outcome.message, slow.outcome.message);
+  events.push_back("(end)");
+  slow.host.events.push_back("(end)");
+  const auto [a, b] = std::mismatch(events.begin(), events.end(), slow.host.events.begin());
+  if (a != events.end())
+    ADD_FAILURE() << "line " << a - events.begin() << ", behind " << (a == events.begin() ? "" : *(a - 1))
+                  << "\nengine: " << *a << "\nslow:   " << *b;
+  return outcome;
 }
 
-struct Expected {
-  Case test;
-  End end;
-  std::string message;  ///< part of it
-  int rows = -1;        ///< -1: as they come
-};
-
-void runAll(const std::vector<Expected>& cases) {
-  for (const Expected& c : cases) {
-    SCOPED_TRACE(c.test.name);
-    const JobOutcome outcome = runBoth(c.test);
-    EXPECT_EQ(outcome.end, c.end) << outcome.message;
-    EXPECT_NE(outcome.message.find(c.message), std::string::npos) << outcome.message;
-    if (c.rows >= 0) {
-      EXPECT_EQ(outcome.rows, c.rows);
-    }
+void runAll(const std::vector<Case>& cases) {
+  for (Case test : cases) {
+    SCOPED_TRACE(test.name);
+    if (test.change) test.change(test);
+    const JobOutcome outcome = runBoth(test);
+    EXPECT_EQ(outcome.end, test.end) << outcome.message;
+    EXPECT_TRUE(test.end != End::SearchFailed || outcome.message == test.name) << outcome.message;
   }
 }
 
-template <class Change>
-Case changed(std::string name, model::ObjectTables tables, Change&& change) {
-  Case test;
-  test.name = std::move(name);
-  test.tables = std::move(tables);
-  change(test);
-  return test;
+std::string writeCurve(const std::string& name, const std::string& text) {
+  static const tests::TemporaryFolder folder;
+  base::replaceWholeFile((folder / name).string(), text);
+  return (folder / name).string();
 }
 
-Case plain(std::string name, model::ObjectTables tables) {
-  return changed(std::move(name), std::move(tables), [](Case&) {});
+using Solid = model::SolidObject;
+
+void setAll(model::ObjectTables& tables, auto field, auto value) {
+  for (Solid& solid : tables.Solids) solid.*field = value;
 }
 
 model::ObjectTables small(int layers = 10) {
@@ -228,404 +92,100 @@ model::ObjectTables small(int layers = 10) {
   return tables;
 }
 
-model::ObjectTables allLaws() {
-  model::ObjectTables tables = small(12);
+model::ObjectTables prestressed() {
+  model::ObjectTables tables = small();
+  setAll(tables, &Solid::FlexuralStrain, -0.0001);
+  tables.Tendons = {tendonOf(132.7, 400, "Post-tensioning"), tendonOf(95.03, 380, "Pre-tensioning")};
+  return tables;
+}
+
+TEST(ReferenceSolver, AgreesOnMembersThatReachTheEnd) {
+  runAll({
+      {"ranges met exactly", small()},
+      {"many layers", small(150)},
+      {"past the peak moment", small(),
+       [](Case& c) {
+         setAll(c.tables, &Solid::Type, "e Function (Plane)");
+         c.tables.Bars = {barOf(3, 506.7, 450), barOf(2, 198.6, 400)};
+         c.tables.Bars[0].UltimateStrain = 0.006;
+         c.options.LargeTo = 2e-4;
+         c.options.LargeStep = 5e-7;
+       }},
+      {"a relation that turns back again and again", small(),
+       [](Case& c) {
+         c.options.tableSolver = false;
+         c.user.atEvents = [](RecordingHost& host, int call) {
+           host.step = call % 97 < 2 ? "-1E-6" : "4E-8";
+         };
+       }},
+      {"watch strains met exactly, from both sides", small(),
+       [](Case& c) {
+         c.tables.Bars.push_back(barOf(1, 71.33, 30));
+         for (auto& bar : c.tables.Bars) bar.WatchStrain = "0";
+       }},
+      {"a step past the end", small(), [](Case& c) { c.user.step = "1"; }},
+      {"pieces past the support", small(), [](Case& c) { c.tables.Beams[0].HalfSpanFiberLength = 190; }},
+      {"all pieces in the flexural span", small(), [](Case& c) { c.tables.Beams[0].FlexuralSpan = 9000; }},
+  });
+}
+
+/// Layers of one law under one force. Of a law without tension and of the height 50 the searches before MN
+/// converge at once, of another height all before MM.
+model::ObjectTables layersOf(const char* law, double height, bool isTendon) {
+  model::ObjectTables tables = small();
   tables.Bars.clear();
-  for (const char* type : {"JSCE (Design)", "Steel Bar", "Elastic", "FRP Bar"}) {
-    tables.Bars.push_back(barOf(2, 126.7, 380 + 20.0 * static_cast<double>(tables.Bars.size())));
-    tables.Bars.back().Type = type;
-    tables.Bars.push_back(barOf(1, 71.33, 40 + 10.0 * static_cast<double>(tables.Bars.size())));
-    tables.Bars.back().Type = type;
-    tables.Bars.back().Output = 0;
-  }
-  const std::array types = {"JSCE (Design)", "e Function (Plane)", "Muguruma (Plane)", "Elastic"};
-  for (std::size_t i = 0; i < tables.Solids.size(); ++i) {
-    tables.Solids[i].Type = types[i % types.size()];
-    tables.Solids[i].FlexuralStrain = i % 3 == 0 ? -0.0001 : 0;
-    tables.Solids[i].Output = i % 5 == 0;
-  }
+  setAll(tables, &Solid::Type, law);
+  setAll(tables, &Solid::File, writeCurve("opening.txt", "0 -0.1\n0 0\n2800 0.1\n"));
+  setAll(tables, &Solid::Height, height);
+  const double depth = height == 50 ? 420 : 280;
+  tables.Tendons = {tendonOf(isTendon ? 132.7 : 0, depth, "Post-tensioning")};
+  tables.AxialForces = {axialOf(isTendon ? 0 : 1e5, depth)};
   return tables;
 }
 
-model::ObjectTables teeBeam(double top = 0) {
-  model::ObjectTables tables;
-  tables.Beams.push_back(beamOf(12000, 2000, 24));
-  addLayers(tables, 800, 150, 3, top);
-  addLayers(tables, 250, 750, 9, top + 150);
-  for (auto& solid : tables.Solids) solid.FlexuralStrain = -0.00008;
-  tables.Bars.push_back(barOf(2, 198.6, top + 50));
-  tables.Bars.push_back(barOf(4, 286.5, top + 850));
-  tables.Tendons.push_back(tendonOf(132.7, top + 780, "Post-tensioning"));
-  tables.Tendons.back().Number = 3;
-  tables.Tendons.back().SheathArea = 415.4756284372497;
-  tables.Tendons.back().SheathDepth = top + 775;
-  tables.Tendons.push_back(tendonOf(132.7, top + 700, "Pre-tensioning"));
-  tables.Tendons.back().Type = "Steel Bar";
-  tables.Tendons.push_back(tendonOf(95.03, top + 100, "Post-tensioning"));
-  tables.Tendons.back().Type = "FRP Bar";
-  tables.Tendons.back().IntroductionStrain = 0.002;
-  return tables;
-}
-
-/// A folder of this process, gone at its end.
-class CurveFolder {
- public:
-  CurveFolder() {
-    std::string path = testing::TempDir() + "torvikXXXXXX";
-    if (!mkdtemp(path.data())) throw std::runtime_error(path);
-    m_path = path;
-  }
-  ~CurveFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-  }
-  CurveFolder(const CurveFolder&) = delete;
-  CurveFolder& operator=(const CurveFolder&) = delete;
-  [[nodiscard]] std::string file(const std::string& name) const { return m_path + "/" + name; }
-
- private:
-  std::string m_path;
-};
-
-std::string curvePath(const std::string& name) {
-  static const CurveFolder folder;
-  return folder.file(name);
-}
-
-std::string writeCurve(const std::string& name, const std::string& text) {
-  const std::string path = curvePath(name);
-  std::ofstream(path, std::ios::binary) << text;
-  return path;
-}
-
-void useFile(auto& row, const std::string& file) {
-  row.Type = "File";
-  row.File = file;
-}
-
-const char* const kConcreteCurve = "0 -0.01\n0 0\n20 0.001\n30,0.002\n3E1 0.004\n0 0.006\n";
-const char* const kNoTension = "0 -0.1\n0 0\n2800 0.1\n";
-
-model::ObjectTables userFiles() {
-  model::ObjectTables tables = teeBeam();
-  const std::string concrete = writeCurve("solid.txt", kConcreteCurve);
-  const std::string weak =
-      writeCurve("weak.txt", "0 -0.01\n0 0\n12 0.0008\n15 0.002\n15 0.003\n5 0.005\n2 0.02\n");
-  for (std::size_t i = 0; i < tables.Solids.size(); ++i)
-    useFile(tables.Solids[i], i % 3 == 1 ? weak : concrete);
-  useFile(tables.Bars[0], writeCurve("bar.txt", "-400 -0.1\n-345 -0.002\n0 0\n345 0.002\n400 0.1\n"));
-  useFile(tables.Bars[1], writeCurve("bar2.txt", "-420 -0.1\n-300 -0.0015\n300 0.0015\n350 0.01\n420 0.1\n"));
-  useFile(tables.Tendons[1], writeCurve("tendon.txt", "0 -0.1\n0 0\n1500 0.0075\n1600 0.05\n1700 0.1\n"));
-  useFile(tables.Tendons[2], writeCurve("tendon2.txt", "0 -0.1\n0 0\n900 0.0045\n1600 0.05\n1700 0.1\n"));
-  return tables;
-}
-
-model::ObjectTables confined() {
-  model::ObjectTables tables = small(10);
-  for (auto& solid : tables.Solids) {
-    solid.Type = "Restoration (Confined)";
-    solid.VolumetricRatio = 0.01;
-  }
-  tables.Solids[3].VolumetricRatio = 0.015;
-  return tables;
-}
-
-model::ObjectTables withAxial(model::ObjectTables tables, double force, double depth) {
-  tables.AxialForces.push_back(axialOf(force, depth));
-  tables.AxialForces.back().Number = 3;
-  return tables;
-}
-
-TEST(ReferenceSolver, agreesOnMembersThatReachTheEnd) {
+TEST(ReferenceSolver, AgreesOnJobsThatFail) {
+  const auto once = [](Case& c) { c.options.MaxIteration = 1; };
   runAll({
-      {plain("rectangle", small()), End::LoadingEnd, "Loading end.", 14},
-      {plain("all laws of bars and four of solids", allLaws()), End::LoadingEnd, ""},
-      {changed("doubly reinforced, two materials", small(16),
-               [](Case& c) {
-                 for (std::size_t i = 0; i < 4; ++i) c.tables.Solids[i].UltimateStress = 45.5;
-                 c.tables.Bars.push_back(barOf(2, 198.6, 45, 490));
-                 c.tables.Beams.push_back(beamOf(1, 1, 1));
-               }),
-       End::LoadingEnd, ""},
-      {plain("T-beam, pre- and post-tensioned, ducts", teeBeam()), End::LoadingEnd, ""},
-      {plain("T-beam, datum 1000 above", teeBeam(1000)), End::LoadingEnd, ""},
-      {plain("T-beam, datum inside", teeBeam(-300)), End::LoadingEnd, ""},
-      {plain("eccentric column", withAxial(withAxial(small(20), 900e3, 180), 100e3, 300)), End::LoadingEnd,
-       ""},
-      {changed("axial tension", withAxial(small(20), -60e3, 300),
-               [](Case& c) {
-                 for (auto& solid : c.tables.Solids) solid.FlexuralStrain = -0.0001;
-               }),
-       End::LoadingEnd, ""},
-      {changed("a user file that is missing, beside another: no stress", userFiles(),
-               [](Case& c) { c.tables.Bars[1].File = curvePath("missing.txt"); }),
-       End::LoadingEnd, ""},
-      {plain("user files, two in each table", userFiles()), End::LoadingEnd, ""},
-      {plain("confined, rectangular", confined()), End::LoadingEnd, ""},
-      {changed("confined, circular, asked again", confined(),
-               [](Case& c) {
-                 c.desk.answers = {"x", "", "C", "0", " 3.45E2 "};
-               }),
-       End::LoadingEnd, ""},
-      {changed("Muguruma", small(),
-               [](Case& c) {
-                 for (auto& solid : c.tables.Solids) solid.Type = "Muguruma (Plane)";
-               }),
-       End::LoadingEnd, ""},
-      {changed("e Function, past the peak moment", small(),
-               [](Case& c) {
-                 for (auto& solid : c.tables.Solids) {
-                   solid.Type = "e Function (Plane)";
-                   solid.FlexuralStrain = -0.0001;
-                 }
-                 c.tables.Bars[0].UltimateStrain = 0.006;
-                 c.tables.Bars.push_back(barOf(2, 198.6, 400));
-                 c.tables.Beams[0] = beamOf(4000, 0, 40);
-                 c.options.LargeTo = 2e-4;
-                 c.options.LargeStep = 5e-7;
-               }),
-       End::LoadingEnd, ""},
-      {changed("a relation that turns back again and again", small(),
-               [](Case& c) {
-                 for (auto& solid : c.tables.Solids) solid.FlexuralStrain = -0.0001;
-                 c.tables.Beams[0] = beamOf(4000, 0, 6);
-                 c.options.tableSolver = false;
-                 c.desk.atEvents = [](Desk& desk, int call) { desk.step = call % 97 < 2 ? "-1E-6" : "4E-8"; };
-               }),
-       End::LoadingEnd, ""},
-      {changed("ranges met exactly", small(),
-               [](Case& c) {
-                 c.options.SmallStep = 0x1p-19;
-                 c.options.SmallTo = 4 * 0x1p-19;
-                 c.options.LargeStep = 2 * 0x1p-19;
-                 c.options.LargeTo = 17 * 0x1p-19;
-               }),
-       End::LoadingEnd, "", 11},
-      {changed("watch strains met exactly, from both sides", small(),
-               [](Case& c) {
-                 c.tables.Bars[0].WatchStrain = "0";
-                 c.tables.Bars.push_back(barOf(1, 71.33, 30));
-                 c.tables.Bars.back().WatchStrain = "0";
-               }),
-       End::LoadingEnd, ""},
-      {plain("many layers", small(150)), End::LoadingEnd, "", 14},
-      {changed("FRP", small(), [](Case& c) { c.tables.Bars[0].Type = "FRP Bar"; }), End::LoadingEnd, ""},
-      {changed("initial strains in balance with a tendon", teeBeam(),
-               [](Case& c) {
-                 for (auto& solid : c.tables.Solids) solid.InitialStrain = 0.00003;
-                 c.tables.Bars[1].InitialStrain = 0.0001;
-               }),
-       End::LoadingEnd, ""},
-      {changed("Number 0, 3 and -1", small(),
-               [](Case& c) {
-                 c.tables.Solids[2].Number = 3;
-                 c.tables.Solids[4].Number = 0;
-                 c.tables.Solids[7].Number = -1;
-                 c.tables.Bars.push_back(barOf(0, 198.6, 45));
-                 c.tables.Bars.back().InitialStrain = 0.3;
-                 c.tables.Tendons.push_back(tendonOf(132.7, 400, "Pre-tensioning"));
-                 c.tables.Tendons.back().Number = 0;
-               }),
-       End::LoadingEnd, ""},
-      {changed("watch strains with pauses", teeBeam(),
-               [](Case& c) {
-                 c.tables.Solids[0].Output = 1;
-                 c.tables.Solids[0].WatchStrain = " 3E-4 ";
-                 c.tables.Solids[1].WatchStrain = "no number, but no output either";
-                 c.tables.Bars[0].WatchStrain = "-0.0003";
-                 c.tables.Bars[1].WatchStrain = "0.002";
-                 c.tables.Tendons[0].WatchStrain = "0.006";
-                 c.options.pausePreLoading = true;
-                 c.desk.pausing = true;
-               }),
-       End::LoadingEnd, ""},
-      {changed("no solver table: no watch", small(),
-               [](Case& c) {
-                 c.tables.Bars[0].WatchStrain = "no number";
-                 c.options.tableSolver = false;
-                 c.options.beepConvergence = false;
-                 c.options.pauseWatch = false;
-               }),
-       End::LoadingEnd, "", 14},
-      {changed("the user types steps", small(),
-               [](Case& c) {
-                 c.desk.step = " 1.5E-06 ";
-                 c.desk.atEvents = [](Desk& desk, int call) {
-                   if (call == 40) desk.step = "Large";
-                   if (call == 50) desk.step = "-0.000001";
-                   if (call == 60) desk.step = "Small";
-                 };
-               }),
-       End::LoadingEnd, ""},
-      {changed("a step past the end", small(), [](Case& c) { c.desk.step = "1"; }), End::LoadingEnd, "", 1},
-      {changed("no pieces", small(), [](Case& c) { c.tables.Beams[0].HalfSpanFiberNumber = 0; }),
-       End::LoadingEnd, ""},
-      {changed("pieces past the support, no flexural span", small(),
-               [](Case& c) {
-                 c.tables.Beams[0] = beamOf(4000, 0, 20);
-                 c.tables.Beams[0].HalfSpanFiberLength = 130;
-               }),
-       End::LoadingEnd, ""},
-      {changed("all pieces in the flexural span", small(),
-               [](Case& c) { c.tables.Beams[0].FlexuralSpan = 9000; }),
-       End::LoadingEnd, ""},
-      {changed("precision 0 and a wide difference", small(),
-               [](Case& c) {
-                 c.options.Precision = 1;
-                 c.options.DiffWidth = 1e-3;
-               }),
-       End::LoadingEnd, ""},
+      {"Tendon convergence (N) failed.", layersOf("JSCE (Design)", 60, true), once, End::SearchFailed},
+      {"Tendon convergence (MN) failed.", layersOf("File", 50, true), once, End::SearchFailed},
+      {"Tendon convergence (MM) failed.", layersOf("File", 60, true), once, End::SearchFailed},
+      {"Axial force convergence (N) failed.", layersOf("JSCE (Design)", 60, false), once, End::SearchFailed},
+      {"Axial force convergence (MN) failed.", layersOf("File", 50, false), once, End::SearchFailed},
+      {"Axial force convergence (MM) failed.", layersOf("File", 60, false), once, End::SearchFailed},
+      {"Loading convergence failed.", small(), once, End::SearchFailed},
+      {"a bar breaks", small(),
+       [](Case& c) {
+         c.tables.Bars[0].Type = "FRP Bar";
+         c.tables.Bars[0].UltimateStrain = 0.002;
+       },
+       End::Collapsed},
+      {"modulus 0", small(), [](Case& c) { setAll(c.tables, &Solid::ElasticModulus, 0); }, End::NumericFault},
+      {"one moment", prestressed(), [](Case& c) { c.user.step = "0"; }, End::NumericFault},
   });
 }
 
-/// Layers without tension whose first three searches converge at once where nothing opens.
-model::ObjectTables opening(double height) {
-  model::ObjectTables tables;
-  tables.Beams.push_back(beamOf(4000, 600, 5));
-  addLayers(tables, 300, 500, 10);
-  const std::string file = writeCurve("opening.txt", kNoTension);
-  for (auto& solid : tables.Solids) {
-    useFile(solid, file);
-    solid.Height = height;
-  }
-  return tables;
-}
-
-model::ObjectTables withTendon(model::ObjectTables tables, double depth) {
-  tables.Tendons.push_back(tendonOf(132.7, depth, "Post-tensioning"));
-  return tables;
-}
-
-TEST(ReferenceSolver, agreesOnSearchesThatFail) {
-  const auto limited = [](std::string name, model::ObjectTables tables, std::int16_t MaxIteration) {
-    return changed(std::move(name), std::move(tables),
-                   [&](Case& c) { c.options.MaxIteration = MaxIteration; });
-  };
-  runAll({
-      {limited("Tendon N", teeBeam(), 1), End::SearchFailed, "Tendon convergence (N) failed.", 0},
-      {limited("Tendon MN", withTendon(opening(50), 420), 1), End::SearchFailed,
-       "Tendon convergence (MN) failed.", 0},
-      {limited("Tendon MM", withTendon(opening(60), 280), 1), End::SearchFailed,
-       "Tendon convergence (MM) failed.", 0},
-      {limited("Axial N", withAxial(small(), 1e5, 250), 1), End::SearchFailed,
-       "Axial force convergence (N) failed.", 0},
-      {limited("Axial MN", withAxial(opening(50), 1e5, 420), 1), End::SearchFailed,
-       "Axial force convergence (MN) failed.", 0},
-      {limited("Axial MM", withAxial(opening(60), 1e5, 280), 1), End::SearchFailed,
-       "Axial force convergence (MM) failed.", 0},
-      {limited("Loading", small(), 1), End::SearchFailed, "Loading convergence failed.", 1},
-      {limited("a limit of 0 is one of 1", small(), 0), End::SearchFailed, "Loading convergence failed.", 1},
-      {limited("Loading, later", small(), 3), End::SearchFailed, "Loading convergence failed."},
-      {changed("bars break", small(),
-               [](Case& c) {
-                 c.tables.Bars[0].Type = "FRP Bar";
-                 c.tables.Bars[0].UltimateStrain = 0.002;
-               }),
-       End::Collapsed, "Loading causes compression force = tension force = 0."},
-  });
-}
-
-TEST(ReferenceSolver, agreesOnFaults) {
-  const auto boxes = [](std::string name, std::vector<std::string> answers) {
-    return changed(std::move(name), confined(), [&](Case& c) { c.desk.answers = std::move(answers); });
-  };
-  runAll({
-      {changed("no solid", small(), [](Case& c) { c.tables.Solids.clear(); }), End::NumericFault, "", 0},
-      {changed("pieces past all measure", small(),
-               [](Case& c) { c.tables.Beams[0].HalfSpanFiberLength = 1e305; }),
-       End::NumericFault, "", 1},
-      {changed("modulus 0", small(),
-               [](Case& c) {
-                 for (auto& solid : c.tables.Solids) solid.ElasticModulus = 0;
-               }),
-       End::NumericFault, "", 0},
-      {changed("datum at the centroid", small(),
-               [](Case& c) {
-                 c.tables.Bars.clear();
-                 for (auto& solid : c.tables.Solids) solid.Depth -= 250;
-               }),
-       End::NumericFault, "", 0},
-      {changed("initial strain out of balance", small(),
-               [](Case& c) { c.tables.Solids[0].InitialStrain = 1e-4; }),
-       End::NumericFault, "", 0},
-      {changed("a solid law of no name", small(), [](Case& c) { c.tables.Solids[9].Type = "elastic"; }),
-       End::InternalError, "", 0},
-      {changed("a bar law of no name, Number 0", small(),
-               [](Case& c) {
-                 c.tables.Bars[0].Number = 0;
-                 c.tables.Bars[0].Type = "FRP";
-               }),
-       End::InternalError, "", 0},
-      {changed("a prestressing of no name", teeBeam(),
-               [](Case& c) { c.tables.Tendons[2].Prestressing = "Pre"; }),
-       End::InternalError, "", 0},
-      {changed("an overflow in a law", small(),
-               [](Case& c) {
-                 c.tables.Solids[0].Type = "Elastic";
-                 c.tables.Solids[0].ElasticModulus = 1e300;
-                 c.tables.Solids[0].Area = 1e12;
-               }),
-       End::NumericFault, "", 0},
-      {changed("shear span 0", small(), [](Case& c) { c.tables.Beams[0].ShearSpan = 0; }), End::NumericFault,
-       "", 0},
-      {changed("two steps of one moment", teeBeam(), [](Case& c) { c.desk.step = "0"; }), End::NumericFault,
-       ""},
-      {plain("axial tension that nothing but bars carries", withAxial(small(20), -60e3, 300)),
-       End::NumericFault, "", 0},
-      {changed("a step that is no number", small(), [](Case& c) { c.desk.step = "tiny"; }), End::NumericFault,
-       "", 1},
-      {changed("a watch strain that is no number", small(),
-               [](Case& c) { c.tables.Bars[0].WatchStrain = " "; }),
-       End::NumericFault, "", 0},
-      {changed("a user file that is missing", userFiles(),
-               [](Case& c) {
-                 c.tables.Bars[0].Type = "Elastic";
-                 c.tables.Bars[1].File = curvePath("missing.txt");
-               }),
-       End::NumericFault, "", 0},
-      {changed("a user file shorter than the place of the last search", userFiles(),
-               [](Case& c) { c.tables.Solids[1].File = writeCurve("short.txt", "0 0\n30 0.01\n"); }),
-       End::NumericFault, ""},
-      {boxes("no yield stress of the tie", {"c", "strong"}), End::NumericFault, "", 0},
-      {boxes("nobody answers", {"r"}), End::InputError, "", 0},
-      {changed("nobody to ask", confined(), [](Case& c) { c.prompt = false; }), End::InternalError, "", 0},
-      {changed("no volumetric ratio", confined(), [](Case& c) { c.tables.Solids[8].VolumetricRatio = 0; }),
-       End::NumericFault, "", 0},
-  });
-}
-
-TEST(ReferenceSolver, agreesWhereverTheUserEndsTheJob) {
-  Case test = plain("ended", withAxial(teeBeam(), 5e4, 400));
-  test.tables.Bars[1].WatchStrain = "0.001";
-  test.options.pausePreLoading = true;
-  test.desk.pausing = true;
-  int calls = 0;
-  test.desk.atEvents = [&](Desk&, int call) { calls = call; };
+TEST(ReferenceSolver, AgreesWhereverTheUserEndsTheJob) {
+  Case test{"", prestressed()};
+  test.tables.AxialForces.push_back(axialOf(5e4, 300));
+  test.tables.Bars[0].WatchStrain = "0.001";
+  test.options.pausePreLoading = test.user.pausing = true;
+  int last = 0;
+  test.user.atEvents = [&](RecordingHost&, int call) { last = call; };
   ASSERT_EQ(runBoth(test).end, End::LoadingEnd);
-  const int last = calls;
-  for (int stop = 1; stop <= last; ++stop) {
-    test.name = "ended at events " + std::to_string(stop);
-    test.desk.atEvents = [stop](Desk& desk, int call) {
-      if (call == stop) desk.control.state = RunState::Over;
+  for (int stop = 1; stop < last; ++stop) {  // behind the last call nothing asks for the state
+    test.user.atEvents = [stop](RecordingHost& host, int call) {
+      if (call == stop) host.control.state = RunState::Over;
     };
-    const JobOutcome outcome = runBoth(test);
-    if (stop < last) {  // behind the last call nothing asks for the state
-      EXPECT_EQ(outcome.end, End::EndedByUser) << test.name;
-    }
+    EXPECT_EQ(runBoth(test).end, End::EndedByUser) << "at events " << stop;
   }
 }
 
-TEST(ReferenceSolver, agreesUpToTheLastStepOf16Bits) {
-  Case test = plain("steps of 16 bits", {});
-  test.tables.Beams.push_back(beamOf(1000, 100, 2));
-  for (const double depth : {25.0, 75.0}) {
-    test.tables.Solids.push_back(solidOf(100, 50, depth));
-    test.tables.Solids.back().Type = "Elastic";
-  }
+TEST(ReferenceSolver, AgreesUpToTheLastStepOf16Bits) {
+  Case test{"", small(2)};
+  test.tables.Beams[0] = beamOf(1000, 100, 2);
+  setAll(test.tables, &Solid::Type, "Elastic");
   test.options.tableSolver = false;
-  test.options.beepConvergence = false;
-  test.options.LargeTo = 1;
-  test.desk.step = "1E-9";
+  test.user.step = "9E-10";
   const JobOutcome outcome = runBoth(test);
   EXPECT_EQ(outcome.end, End::NumericFault);
   EXPECT_EQ(outcome.rows, 32769);  // steps 0 to 32768
@@ -634,16 +194,14 @@ TEST(ReferenceSolver, agreesUpToTheLastStepOf16Bits) {
 /// Small models of every kind, sound and unsound, from one seed.
 class RandomModels {
  public:
-  Case next(int number) {
-    Case test;
-    test.name = "random " + std::to_string(number);
+  Case next() {
+    Case test{"", {}};
     model::ObjectTables& t = test.tables;
     m_top = oneOf({0.0, 0.0, 100.0, -150.0});
-    const double height = between(200, 900);
+    m_height = between(200, 900);
     t.Beams.push_back(beamOf(between(1000, 9000), oneOf({0.0, 500.0, 900.0}), integer(0, 9)));
     if (t.Beams[0].HalfSpanFiberNumber == 0) t.Beams[0].HalfSpanFiberLength = 0;
-    const int layers = integer(2, 9);
-    addLayers(t, between(100, 600), height, layers, m_top);
+    addLayers(t, between(100, 600), m_height, integer(2, 9), m_top);
     const bool oneLaw = chance(0.5);
     const std::string law = solidLaw();
     for (auto& solid : t.Solids) {
@@ -656,16 +214,15 @@ class RandomModels {
       if (chance(0.02)) solid.InitialStrain = between(-2e-4, 2e-4);
     }
     for (int n = integer(0, 3); n > 0; --n) {
-      t.Bars.push_back(barOf(1, between(50, 900), m_top + between(0.05, 0.95) * height, between(250, 600)));
-      t.Bars.back().Type = oneOf<const char*>({"JSCE (Design)", "Steel Bar", "FRP Bar", "Elastic", "File"});
-      t.Bars.back().File = m_steel;
-      if (chance(0.3)) t.Bars.back().UltimateStrain = between(0.001, 0.03);
-      common(t.Bars.back());
+      auto& bar = t.Bars.emplace_back(barOf(1, between(50, 900), depth(0.05, 0.95), between(250, 600)));
+      bar.Type = oneOf<const char*>({"JSCE (Design)", "Steel Bar", "FRP Bar", "Elastic", "File"});
+      bar.File = m_steel;
+      if (chance(0.3)) bar.UltimateStrain = between(0.001, 0.03);
+      common(bar);
     }
     for (int n = integer(0, 2); n > 0; --n) {
-      t.Tendons.push_back(tendonOf(between(20, 300), m_top + between(0.2, 0.95) * height,
-                                   chance(0.5) ? "Pre-tensioning" : "Post-tensioning"));
-      auto& tendon = t.Tendons.back();
+      const std::string kind = oneOf<const char*>({"Pre-tensioning", "Post-tensioning"});
+      auto& tendon = t.Tendons.emplace_back(tendonOf(between(20, 300), depth(0.2, 0.95), kind));
       tendon.Type = oneOf<const char*>({"JSCE (Design)", "Steel Bar", "FRP Bar", "Elastic"});
       tendon.IntroductionStrain = between(0.0005, 0.007);
       tendon.SheathArea = chance(0.5) ? 0 : between(100, 900);
@@ -673,9 +230,9 @@ class RandomModels {
       common(tendon);
     }
     for (int n = integer(0, 2); n > 0; --n)
-      t.AxialForces.push_back(axialOf(between(-5e4, 6e5), m_top + between(0.2, 0.7) * height));
+      t.AxialForces.push_back(axialOf(between(-5e4, 6e5), depth(0.2, 0.7)));
 
-    test.options = coarse(static_cast<std::int16_t>(oneOf({2, 4, 8, 30, 30, 30, 30, 30})));
+    test.options.MaxIteration = oneOf<std::int16_t>({2, 4, 8, 30, 30, 30, 30, 30});
     test.options.Precision = oneOf({1e-3, 1e-3, 1e-5, 1e-2});
     test.options.DiffWidth = oneOf({1e-6, 1e-6, 1e-4});
     if (chance(0.3)) {
@@ -683,18 +240,22 @@ class RandomModels {
       test.options.LargeTo = between(2e-4, 2e-3);
     }
     test.options.tableSolver = chance(0.8);
-    test.desk.step = oneOf<const char*>({"Small", "Small", "Large", "3E-6"});
+    test.options.beepConvergence = chance(0.8);
+    test.options.pauseWatch = chance(0.8);
+    test.options.pausePreLoading = chance(0.3);
+    test.user.pausing = chance(0.5);
+    test.user.step = oneOf<const char*>({"Small", "Small", "Large", " 3.5E-6 "});
     if (chance(0.02)) t.Bars.push_back(barOf(1, 1e308, m_top));
     if (chance(0.02)) t.Solids[0].Type = "?";
-    if (chance(0.03)) test.desk.answers = {};
+    if (chance(0.03)) test.user.answers = {};
     return test;
   }
 
  private:
   template <class Row>
   void common(Row& row) {
-    row.Output = static_cast<std::int16_t>(integer(0, 2));
-    if (chance(0.2)) row.Number = integer(0, 3);
+    row.Output = integer(0, 2);
+    if (chance(0.2)) row.Number = integer(-1, 3);
     if (chance(0.2)) row.WatchStrain = base::plainText(between(-3e-3, 3e-3));
   }
   std::string solidLaw() {
@@ -702,6 +263,7 @@ class RandomModels {
                                "Restoration (Confined)", "Elastic", "File"});
   }
   double between(double a, double b) { return a + (b - a) * static_cast<double>(m_random() >> 11) * 0x1p-53; }
+  double depth(double a, double b) { return m_top + between(a, b) * m_height; }
   bool chance(double p) { return between(0, 1) < p; }
   std::int16_t integer(int a, int b) {
     return static_cast<std::int16_t>(a + static_cast<int>(m_random() % static_cast<unsigned>(b - a + 1)));
@@ -713,19 +275,21 @@ class RandomModels {
 
   std::mt19937_64 m_random{20240229};
   double m_top = 0;
+  double m_height = 0;
   std::array<std::string, 2> m_curves = {
-      writeCurve("random1.txt", kConcreteCurve),
+      writeCurve("random1.txt", "0 -0.01\n0 0\n20 0.001\n30,0.002\n3E1 0.004\n0 0.006\n"),
       writeCurve("random2.txt", "-2 -0.0001\n0 0\n25 0.0015\n25 0.0035\n0 0.005\n")};
   std::string m_steel = writeCurve("random3.txt", "-400 -0.1\n-400 -0.002\n0 0\n400 0.002\n400 0.05\n");
 };
 
-TEST(ReferenceSolver, agreesOnRandomModels) {
+TEST(ReferenceSolver, AgreesOnRandomModels) {
   RandomModels models;
   std::map<End, int> ends;
-  for (int i = 0; i < 1000 && !HasFailure(); ++i) ++ends[runBoth(models.next(i)).end];
-  for (const End end : {End::LoadingEnd, End::SearchFailed, End::Collapsed, End::NumericFault,
-                        End::InternalError, End::InputError})
-    EXPECT_GT(ends[end], 0) << static_cast<int>(end);
+  for (int i = 0; i < 1000 && !HasFailure(); ++i) {
+    SCOPED_TRACE(i);
+    ++ends[runBoth(models.next()).end];
+  }
+  EXPECT_EQ(ends.size(), 6u);  // all but that by the user
 }
 
 }  // namespace

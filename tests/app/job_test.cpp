@@ -147,8 +147,8 @@ TEST_F(Job, RunsABatchWithALogInPlaceOfBoxes) {
   const Headless last = headless("Large");
   open();
   window->takeCommandLine({"-x", path("a.inp"), path("b.inp"), path("c.inp"), path("d.inp"), path("a.inp")});
-  EXPECT_EQ(log, QStringList({"box: Option \"x\" ignored.",
-                              "box: Can't open " + QString::fromStdString(path("d.inp"))}))
+  EXPECT_EQ(log.filter("box:"), QStringList({"box: Option \"x\" ignored.",
+                                             "box: Can't open " + QString::fromStdString(path("d.inp"))}))
       << "a missing file ends the list";
   EXPECT_TRUE(program.BatchMode);
   EXPECT_EQ(content("a.inp.txt"), first.file);

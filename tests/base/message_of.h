@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <stdexcept>
 #include <string>
-
-#include "base/errors.h"
 
 namespace torvik::tests {
 
-/// What the InputError says that the operation ends with.
+/// What the InputError or NumericFault says that the operation ends with.
 std::string messageOf(const auto& operation) {
   try {
     static_cast<void>(operation());
-  } catch (const base::InputError& error) {
+  } catch (const std::runtime_error& error) {
     return error.what();
   }
   return "no error";

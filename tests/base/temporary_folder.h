@@ -19,7 +19,6 @@ class TemporaryFolder {
   }
   ~TemporaryFolder() {
     std::error_code error;
-    std::filesystem::permissions(m_path, std::filesystem::perms::owner_all, error);
     std::filesystem::remove_all(m_path, error);
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
@@ -30,9 +29,8 @@ class TemporaryFolder {
 
   [[nodiscard]] std::set<std::string> names() const {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
-      names.insert(entry.path().filename().string());
-    }
+    for (const auto& entry : std::filesystem::directory_iterator(m_path))
+      names.insert(entry.path().filename());
     return names;
   }
 

@@ -53,10 +53,10 @@ inline model::ObjectTables smallModel() {
 }
 
 /// Ends a job after 50 rows.
-constexpr const char* kShort = "torvik-batch --set CurvatureLargeRangeTo=4.95E-06 ";
+inline const std::string kShort = "torvik-batch --set CurvatureLargeRangeTo=4.95E-06 ";
 
 /// A folder in which the program runs, without a terminal or settings of the user's.
-class ProgramTest : public testing::Test {
+class Program : public testing::Test {
  protected:
   std::filesystem::path path(const std::string& name) const { return m_folder / name; }
   std::string read(const std::string& name) const { return base::readWholeFile(path(name)); }

@@ -150,7 +150,7 @@ TEST_F(ChartTest, mouse_and_keys_move_a_passing_view) {
 
   const QPoint from = chart.pixelOf(1, 1).toPoint();
   QTest::mousePress(&chart, Qt::LeftButton, {}, from);
-  QTest::mouseMove(&chart, from + QPoint(70, -30));
+  for (const int part : {1, 2}) QTest::mouseMove(&chart, from + QPoint(35, -15) * part, 50);
   QTest::mouseRelease(&chart, Qt::LeftButton, {}, from + QPoint(70, -30));
   setPoints({0, 1000}, {0, 1000});
   EXPECT_NEAR(QLineF(chart.pixelOf(1, 1), from + QPoint(70, -30)).length(), 0, 1);

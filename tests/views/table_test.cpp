@@ -69,7 +69,7 @@ TEST_F(TableTest, EveryKindHasItsHeadersAndRows) {
   const std::string object = "No,Strain w/o Load,Strain,Stress,Force,Area,Depth,Ultimate Strain";
   for (int kind = 0; const std::string& expected : std::initializer_list<std::string>{
                          "3 Table - Solid (Compression +): " + object,
-                         "0 Table - Bar (Tension +): " + object,
+                         "0 Table - Bar (Tension +): " + object + "\r\n",
                          "2 Table - Tendon (Tension +): " + object,
                          "5 Table - Section Parameter: Section,A,y',y,I,Z',Z,E,EI,EA,Note\r\n",
                          "1 Table - Solver: Output,Load,Displacement,Moment,Curvature,Neutral Axis Depth,"
