@@ -26,7 +26,7 @@ class RecordingHost : public Host, public materials::ConfinementPrompt {
   RunControl control{RunState::Running};
   std::vector<std::string> events;
   std::string step = "Small";
-  bool pausing = false;  ///< a pause takes effect, until the next call of doEvents
+  bool pausing = false;  ///< a pause takes effect, for one call of doEvents or two
   std::function<void(RecordingHost&, int)> atEvents;  ///< what the user does; with the number of the call
   std::vector<std::string> answers = {"r", "300"};    ///< to the input boxes, in turn; then nobody answers
 
@@ -37,8 +37,8 @@ class RecordingHost : public Host, public materials::ConfinementPrompt {
 
   void doEvents() override {
     note("events");
-    if (control.state == RunState::Paused) control.state = RunState::Running;
     ++m_calls;
+    if (control.state == RunState::Paused && m_calls % 2 == 0) control.state = RunState::Running;
     if (atEvents) atEvents(*this, m_calls);
   }
   void reportMessage(const std::string& text) override { note("report: " + text); }

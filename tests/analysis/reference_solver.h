@@ -62,7 +62,7 @@ class Job : public JobRun {
     const auto add = [&](const std::string& table, const auto& objects, auto law, int sign, auto base) {
       for (std::size_t i = 0; i < objects.size(); ++i) {
         const auto& o = objects[i];
-        const auto stressOf = [&, law](double strain) { return law(strain, o, context); };
+        const auto stressOf = [this, law, &o](double strain) { return law(strain, o, context); };
         m_rows.push_back({fmt::format("{} Strain {}", table, i + 1), sign, o.Depth, o.Area, o.Number,
                           o.Output, o.WatchStrain, stressOf, o.*base});
         if constexpr (requires { o.Prestressing; }) m_rows.back().Prestressing = o.Prestressing;
@@ -83,8 +83,7 @@ class Job : public JobRun {
       balance(Stage::AxialForce, m_x, axials, m_axialMoment, m_axialCurvature);
       load();
     } catch (const JobOutcome& over) {
-      outcome.end = over.end;
-      outcome.message = over.message;
+      outcome = {over.end, over.message, outcome.rows};
       if (!over.message.empty()) host.reportMessage(over.message);
       noteState("over");
     } catch (const base::NumericFault&) {

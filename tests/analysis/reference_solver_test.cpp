@@ -118,10 +118,14 @@ TEST(ReferenceSolver, AgreesOnMembersThatReachTheEnd) {
            host.step = call % 97 < 2 ? "-1E-6" : "4E-8";
          };
        }},
-      {"watch strains met exactly, from both sides", small(),
+      {"a watch strain left downward, met from below", small(),
        [](Case& c) {
-         c.tables.Bars.push_back(barOf(1, 71.33, 30));
-         for (auto& bar : c.tables.Bars) bar.WatchStrain = "0";
+         c.tables.Bars.resize(3, barOf(1, 71.33, 30));
+         c.tables.Bars[1].InitialStrain = 1e-4;
+         c.tables.Bars[1].WatchStrain = "1E-4";
+         c.tables.Bars[2].InitialStrain = -1e-4;
+         c.user.step = "1E-6";
+         c.user.atEvents = [](RecordingHost& host, int call) { host.step = call < 5 ? "-1E-6" : "1"; };
        }},
       {"a step past the end", small(), [](Case& c) { c.user.step = "1"; }},
       {"pieces past the support", small(), [](Case& c) { c.tables.Beams[0].HalfSpanFiberLength = 190; }},
@@ -169,15 +173,13 @@ TEST(ReferenceSolver, AgreesWhereverTheUserEndsTheJob) {
   test.tables.AxialForces.push_back(axialOf(5e4, 300));
   test.tables.Bars[0].WatchStrain = "0.001";
   test.options.pausePreLoading = test.user.pausing = true;
-  int last = 0;
-  test.user.atEvents = [&](RecordingHost&, int call) { last = call; };
-  ASSERT_EQ(runBoth(test).end, End::LoadingEnd);
-  for (int stop = 1; stop < last; ++stop) {  // behind the last call nothing asks for the state
-    test.user.atEvents = [stop](RecordingHost& host, int call) {
-      if (call == stop) host.control.state = RunState::Over;
+  int stop = 0;
+  do {
+    test.user.atEvents = [at = ++stop](RecordingHost& host, int call) {
+      if (call == at) host.control.state = RunState::Over;
     };
-    EXPECT_EQ(runBoth(test).end, End::EndedByUser) << "at events " << stop;
-  }
+  } while (runBoth(test).end == End::EndedByUser);
+  EXPECT_GT(stop, 20);
 }
 
 TEST(ReferenceSolver, AgreesUpToTheLastStepOf16Bits) {
