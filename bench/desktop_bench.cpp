@@ -23,6 +23,7 @@ class NoDialogs : public app::Dialogs {
   void information(const QString&, const QString&) override {}
   bool question(const QString&, const QString&) override { return true; }
   QStringList openFiles(const QString&, const QString&) override { return {}; }
+  QString openFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
   QString input(const QString&, const QString& caption, const QString&) override {
     return caption == "Section Shape" ? "r" : "300";

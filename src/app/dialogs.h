@@ -18,6 +18,10 @@ class Dialogs {
   virtual bool question(const QString& text, const QString& caption) = 0;
   /// Existing files. @return their paths in the dialog's order; empty where it was cancelled
   virtual QStringList openFiles(const QString& caption, const QString& filter) = 0;
+  /// One existing file. @param proposal  a name or a pattern like "*.ss". @return empty where it was
+  /// cancelled
+  virtual QString openFile(const QString& caption, const QString& proposal, const QString& filter,
+                           const QString& defaultExtension) = 0;
   /// A file to write, with the overwrite prompt. @return empty where it was cancelled
   virtual QString saveFile(const QString& caption, const QString& proposal, const QString& filter,
                            const QString& defaultExtension) = 0;
@@ -32,6 +36,8 @@ class ScreenDialogs : public Dialogs {
   void information(const QString& text, const QString& caption) override;
   bool question(const QString& text, const QString& caption) override;
   QStringList openFiles(const QString& caption, const QString& filter) override;
+  QString openFile(const QString& caption, const QString& proposal, const QString& filter,
+                   const QString& defaultExtension) override;
   QString saveFile(const QString& caption, const QString& proposal, const QString& filter,
                    const QString& defaultExtension) override;
   QString input(const QString& prompt, const QString& caption, const QString& defaultText) override;

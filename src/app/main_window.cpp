@@ -270,6 +270,15 @@ QString MainWindow::askSaveFile(const QString& caption, const QString& proposal,
   return m_program.dialogs->saveFile(caption, proposal, filter, {});
 }
 
+QString MainWindow::askOpenFile(const QString& caption, const QString& proposal, const QString& filter,
+                                const QString& defaultExtension) {
+  return m_program.dialogs->openFile(caption, proposal, filter, defaultExtension);
+}
+
+bool MainWindow::ask(const QString& question) {
+  return m_program.dialogs->question(question, title());
+}
+
 // ---- Files
 // ---------------------------------------------------------------------------------------------------
 

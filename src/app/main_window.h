@@ -67,6 +67,9 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void openOptions(int tab) override;
   void showMessage(const QString& text) override;
   QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) override;
+  QString askOpenFile(const QString& caption, const QString& proposal, const QString& filter,
+                      const QString& defaultExtension) override;
+  bool ask(const QString& question) override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

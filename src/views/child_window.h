@@ -25,10 +25,13 @@ struct ChildCommands {
   bool setDefault = false;
   bool chart = false;
   bool figure = false;
+  bool undo = false;
+  bool redo = false;
+  int addsDefault = -1;  ///< the kind of object that the Object menu adds a default row of; -1 for none
 };
 
-/// A window within the frame: `frmTable`, `frmChart`, `frmGrid` (the object name). It lives inside a QMdiSubWindow.
-/// `Tag` holds its kind as decimal text.
+/// A window within the frame: `frmTable`, `frmChart`, `frmGrid` (the object name). It lives inside a
+/// QMdiSubWindow. `Tag` holds its kind as decimal text.
 class ChildWindow : public QWidget {
   Q_OBJECT
 
@@ -53,9 +56,11 @@ class ChildWindow : public QWidget {
   virtual void insertRows() {}
   virtual void removeRows() {}
   virtual void originalColumnWidth() {}
+  virtual void undo() {}
+  virtual void redo() {}
 
-  /// Runs once when the window stands in its frame, before it is shown: restores the layout, and takes away the
-  /// Close command while a job runs.
+  /// Runs once when the window stands in its frame, before it is shown: restores the layout, and takes away
+  /// the Close command while a job runs.
   virtual void load();
   /// Runs once when the window is closed for good: save layout and widths, write back.
   virtual void unload() {}

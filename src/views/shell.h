@@ -21,10 +21,12 @@ class Shell {
 
   /// The settings file, read whole. @throws InputError where it can not be read
   [[nodiscard]] virtual base::ProfileFile readSettings() const = 0;
-  /// Reads the settings file, lets `change` write keys, and saves it whole. A write that fails is passed over.
+  /// Reads the settings file, lets `change` write keys, and saves it whole. A write that fails is passed
+  /// over.
   virtual void changeSettings(const std::function<void(base::ProfileFile&)>& change) = 0;
 
-  /// The child became, or ceased to be, the active one, or its `commands` changed: the frame takes or drops them.
+  /// The child became, or ceased to be, the active one, or its `commands` changed: the frame takes or drops
+  /// them.
   virtual void childActivated(ChildWindow& child) = 0;
   virtual void childDeactivated(ChildWindow& child) = 0;
 
@@ -38,6 +40,15 @@ class Shell {
   virtual void showMessage(const QString& text) = 0;
   /// @param filter  in the toolkit's form. @return the chosen path; empty where it was cancelled
   virtual QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) = 0;
+  /// One existing file. @param proposal  a name, or "*." and an extension for none
+  /// @param defaultExtension  without its dot
+  virtual QString askOpenFile(const QString& caption, const QString& proposal, const QString& filter,
+                              const QString& defaultExtension) = 0;
+  /// Yes and No with No as default, question icon, title as caption. @return true for Yes
+  virtual bool ask(const QString& question) = 0;
+
+  /// The next Enter in a grid pastes: set by a copy with Ctrl+Insert, shared by all grids.
+  bool PasteOnEnter = false;
 };
 
 }  // namespace torvik::views

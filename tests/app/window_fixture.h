@@ -45,6 +45,9 @@ class ScriptedDialogs : public Dialogs {
     return yes;
   }
   QStringList openFiles(const QString&, const QString&) override { return filesToOpen; }
+  QString openFile(const QString&, const QString&, const QString&, const QString&) override {
+    return filesToOpen.value(0);
+  }
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override {
     return fileToSave;
   }

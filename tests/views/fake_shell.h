@@ -15,6 +15,8 @@ class FakeShell : public Shell {
  public:
   base::ProfileFile settings = base::ProfileFile::ofText("", "torvik.ini");
   QString saveAnswer;
+  QString openAnswer;
+  bool yes = true;
   QString proposal;
   QStringList messages;
   int popups = 0;
@@ -33,6 +35,14 @@ class FakeShell : public Shell {
   QString askSaveFile(const QString&, const QString& proposed, const QString&) override {
     proposal = proposed;
     return saveAnswer;
+  }
+  QString askOpenFile(const QString&, const QString& proposed, const QString&, const QString&) override {
+    proposal = proposed;
+    return openAnswer;
+  }
+  bool ask(const QString& question) override {
+    messages.append(question);
+    return yes;
   }
 };
 
