@@ -28,6 +28,9 @@ class ResultFile : public Sink {
 
   void resultRow(std::span<const double> values) override;
 
+  /// Writes what is pending, so that a reader sees every row so far. @throws InputError where the device
+  /// fails
+  void flush();
   /// Writes what is pending and closes. @throws InputError where the device fails; the file is closed all the
   /// same
   void close();
@@ -36,7 +39,6 @@ class ResultFile : public Sink {
   [[nodiscard]] int rowsWritten() const { return m_lines > 0 ? m_lines - 1 : 0; }
 
  private:
-  void flush();
   void countPending();
 
   std::string m_path;

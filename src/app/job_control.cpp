@@ -141,13 +141,16 @@ void JobControl::startJob() {
     };
     m_sinceEvents.start();
     m_views = &views;
+    m_resultFile = resultFile.get();
     analysis::runJob(job.tables, options, program.run, *this, sinks, program.context);
     m_views = nullptr;
+    m_resultFile = nullptr;
     views.flush();
 
     if (resultFile) resultFile->close();
   } catch (const std::exception&) {
     m_views = nullptr;
+    m_resultFile = nullptr;
     failure = std::current_exception();
   }
   if (base::optionFlag(settings, OptionId::MessagesBeepEnd))
@@ -213,6 +216,7 @@ void JobControl::doEvents() {
   const bool paused = m_window.program().run.state == RunState::Paused;
   if (!paused && m_sinceEvents.elapsed() < kEventInterval) return;
   if (m_views) m_views->beforeEvents();
+  if (paused && m_resultFile) m_resultFile->flush();
   showPanels();
   QCoreApplication::processEvents(paused ? QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents
                                          : QEventLoop::AllEvents);
@@ -221,6 +225,7 @@ void JobControl::doEvents() {
 
 void JobControl::showAll() {
   if (m_views) m_views->flush();
+  if (m_resultFile) m_resultFile->flush();
   showPanels();
 }
 

@@ -9,6 +9,7 @@
 
 #include "analysis/host.h"
 #include "analysis/job_options.h"
+#include "analysis/result_file.h"
 #include "materials/confinement.h"
 #include "model/objects.h"
 #include "views/chart_window.h"
@@ -70,7 +71,8 @@ class JobControl : public analysis::Host, public materials::ConfinementPrompt {
 
   MainWindow& m_window;
   ResultWindows m_windows;
-  ViewSink* m_views = nullptr;  ///< of the job that runs
+  ViewSink* m_views = nullptr;                   ///< of the job that runs
+  analysis::ResultFile* m_resultFile = nullptr;  ///< of the job that runs, where it has one
   bool m_running = false;
   QElapsedTimer m_sinceEvents;
   // What the job set since the panels were last shown.

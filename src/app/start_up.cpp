@@ -13,7 +13,8 @@ namespace {
 
 bool isOption(const std::string& token) {
   if (token.starts_with('-')) return true;
-  return token.starts_with('/') && !base::isFile(token);
+  // A path with more than one separator that names no file is a mistyped path and no row of letters.
+  return token.starts_with('/') && token.find('/', 1) == std::string::npos && !base::isFile(token);
 }
 
 /// Length in bytes of the UTF-8 character at the start; 1 where the bytes are none.

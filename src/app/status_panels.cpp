@@ -27,23 +27,23 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
   QFont small = font();
   small.setPointSizeF(small.pointSizeF() * 0.9);
   setFont(small);
-  addPanel("Beam Top", "Top", 10);
-  addPanel("Beam Bottom", "Bottom", 10);
-  addPanel("Status", {}, 16);
-  addPanel("Count", "Count", 8);
-  addPanel("Max. Iteration", "Max.", 5);
-  addPanel("Mu", "Mu", 11);
-  addPanel("Space1", {}, 0);
-  addPanel("Num Lock", {}, 4);
-  addPanel("Date", {}, 11);
-  addPanel("Time", {}, 6);
+  addPanel("Beam Top", "Top", "-0.0000E+00");
+  addPanel("Beam Bottom", "Bottom", "-0.0000E+00");
+  addPanel("Status", {}, "Axial force (MM)");
+  addPanel("Count", "Count", "00000");
+  addPanel("Max. Iteration", "Max.", "00000");
+  addPanel("Mu", "Mu", "-0.0000E+00");
+  addPanel("Space1", {}, "");
+  addPanel("Num Lock", {}, "NUM");
+  addPanel("Date", {}, "0000-00-00");
+  addPanel("Time", {}, "00:00");
   setPanel("Mu", {});
   connect(&m_clock, &QTimer::timeout, this, &StatusPanels::showClock);
   m_clock.start(1000);
   showClock();
 }
 
-void StatusPanels::addPanel(const QString& key, const QString& caption, int characters) {
+void StatusPanels::addPanel(const QString& key, const QString& caption, const QString& widest) {
   auto* panel = new QWidget;
   auto* layout = new QHBoxLayout(panel);
   layout->setContentsMargins(2, 0, 2, 0);
@@ -59,6 +59,7 @@ void StatusPanels::addPanel(const QString& key, const QString& caption, int char
                                                 (text.green() * 3 + ground.green() * 2) / 5,
                                                 (text.blue() * 3 + ground.blue() * 2) / 5));
     title->setPalette(quiet);
+    title->setMinimumWidth(0);  // where room is short the captions give way to the values
     layout->addWidget(title);
   }
   auto* label = new QLabel;
@@ -67,7 +68,7 @@ void StatusPanels::addPanel(const QString& key, const QString& caption, int char
   label->setTextFormat(Qt::PlainText);
   label->setSizePolicy(QSizePolicy::Ignored,
                        QSizePolicy::Preferred);  // a longer text does not widen the window
-  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QString(characters, '0')));
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
   layout->addWidget(label, 1);
   addPermanentWidget(panel, key == "Space1" ? 1 : 0);
   m_labels.insert(key, label);

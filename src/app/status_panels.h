@@ -25,7 +25,7 @@ class StatusPanels : public QStatusBar {
   [[nodiscard]] QSize minimumSizeHint() const override { return {0, QStatusBar::minimumSizeHint().height()}; }
 
  private:
-  void addPanel(const QString& key, const QString& caption, int characters);
+  void addPanel(const QString& key, const QString& caption, const QString& widest);
   void showClock();
 
   QHash<QString, QLabel*> m_labels;

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QFocusEvent>
+
+#include "analysis/section_parameters.h"
+#include "app/start_up.h"
+#include "app/window_fixture.h"
+#include "base/number_text.h"
+
+namespace torvik::app {
+namespace {
+
+using analysis::RunState;
+
+class Commands : public WindowTest {};
+
+TEST_F(Commands, EveryWayIntoAPauseShowsItAndLeadsOutAgain) {
+  const struct {
+    const char* way;
+    bool menuChecked;
+    std::function<void()> pause;  ///< null: the job does it by itself
+    int pauses = 1;
+  } kRows[] = {{"menu", true, [this] { trigger("mnuFileJob1"); }},
+               {"tool bar", true, [this] { trigger("Toolbar1_Pause"); }},
+               {"step box", true, [this] { stepBox().setFocus(Qt::MouseFocusReason); }},
+               {"before loading", false, {}, 2},
+               {"watch strain", true, {}}};
+  model::ObjectTables watched = smallBeam();
+  watched.Bars[0].WatchStrain = "0.001";
+  option("FileSolver", "1");
+  onlyWindows({"TableSolver"});
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.way);
+    option("MessagesPausePreLoading", row.way == std::string("before loading") ? "1" : "0");
+    openWith(row.way == std::string("watch strain") ? watched : smallBeam());
+    int pauses = 0;
+    int looks = 0;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+      looks = state() == RunState::Paused ? looks + 1 : 0;
+      if (looks < 3) return;  // the job has come to its waiting
+      looks = 0;
+      if (++pauses > 1) return trigger("mnuFileJob2");
+      EXPECT_EQ(window->panels().panel("Status"), "Pause");
+      EXPECT_TRUE(action("Toolbar1_Pause").isChecked());
+      EXPECT_EQ(action("mnuFileJob1").isChecked(), row.menuChecked);
+      table("Table - Solver").flushNow();
+      const std::string file = content("a.inp.txt");
+      EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 1 + solverRows()) << "the file is up to date";
+      area().setFocus(Qt::OtherFocusReason);
+      trigger("Toolbar1_Pause");
+      EXPECT_EQ(state(), RunState::Running);
+    });
+    look.start(1);
+    if (row.pause) atStep(steps + 4, row.pause);
+    trigger("mnuFileJob0");
+    EXPECT_EQ(pauses, row.pauses);
+    EXPECT_EQ(state(), RunState::Over);
+    onStep = {};
+  }
+}
+
+TEST_F(Commands, OpenRunsSeveralFilesFromTheLastToTheFirst) {
+  onlyWindows({"TableSolver", "TableTendon"});
+  model::ObjectTables withoutTendon = smallBeam();
+  withoutTendon.Tendons.clear();
+  model("a.inp", smallBeam());
+  model("b.inp", withoutTendon);
+  model("c.inp", smallBeam());
+  for (const char* name : {"a.inp", "b.inp", "c.inp"})
+    dialogs.filesToOpen.append(QString::fromStdString(path(name)));
+  open();
+  QStringList order;
+  onStep = [&](int) {
+    const QString name = window->windowTitle().section('/', -1);
+    if (order.isEmpty() || order.last() != name) order.append(name);
+  };
+  trigger("mnuFileManage1");
+  EXPECT_EQ(order, QStringList({"c.inp", "b.inp", "a.inp"}));
+  EXPECT_TRUE(program.BatchMode);
+  EXPECT_EQ(log.filter("box:"), QStringList());
+}
+
+TEST_F(Commands, ANoKeepsUnsavedEditsAndTheirWindows) {
+  model("b.inp", smallBeam());
+  set("RecentPath", "0", path("b.inp"));
+  dialogs.filesToOpen = QStringList{QString::fromStdString(path("b.inp"))};
+  const struct {
+    const char* command;
+    const char* asks;
+  } kRows[] = {{"mnuFileManage0", "Create a file ?"},
+               {"mnuFileManage1", "Open a file ?"},
+               {"mnuFileRecentPath4", "Open a file ?"},
+               {"mnuFileExit", "Exit torvik ?"}};
+  openWith(smallBeam());
+  trigger("mnuObjectSectionParameter");
+  program.document.SavedFlag = false;
+  dialogs.yes = false;
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.command);
+    log.clear();
+    trigger(row.command);
+    EXPECT_EQ(log, QStringList{QString("question: Object(s) have not been saved.  ") + row.asks});
+    EXPECT_EQ(titles(), QStringList{"Table - Section Parameter"});
+    EXPECT_EQ(program.document.currentFile, path("a.inp"));
+    EXPECT_TRUE(window->isVisible());
+  }
+}
+
+TEST_F(Commands, SectionParametersAreThoseOfTheJobTables) {
+  model::ObjectTables tables = smallBeam();
+  tables.Solids[3].Use = 0;
+  openWith(tables);
+  trigger("mnuObjectSectionParameter");
+  // Nine strips of 300 x 50 without steel: the first row of the table.
+  const views::ResultTable& shown = table("Table - Section Parameter");
+  const auto cell = [&](int row, int column) {
+    return base::toNumber(shown.data(shown.index(row, column)).toString().toStdString()).value_or(0);
+  };
+  double area = 0;
+  for (const model::SolidObject& solid : tables.Solids) area += solid.Use == 1 ? solid.Area : 0;
+  EXPECT_NEAR(cell(0, 0), area, area * 1e-4);
+  program.document.tables.Beams.clear();
+  trigger("mnuObjectSectionParameter");
+  EXPECT_EQ(log, QStringList{"box: Insufficient beam/section objects."});
+}
+
+TEST_F(Commands, TheFrameSnapsBackUnlessItMayBeSized) {
+  open();
+  const QSize stored = window->size();
+  trigger("mnuToolResize");
+  ASSERT_FALSE(action("mnuToolResize").isChecked());
+  window->resize(stored + QSize(50, 40));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window->size() == stored; }, 1000));
+  trigger("mnuToolResize");
+  window->resize(stored - QSize(50, 40));
+  QTest::qWait(50);
+  EXPECT_EQ(window->size(), stored - QSize(50, 40));
+}
+
+TEST(CommandLineTokens, AreOptionsUnlessTheyArePaths) {
+  const CommandLineFiles line = sortTokens({"-ab", "/c", "/no/such.inp", "/d", "e.inp"});
+  EXPECT_EQ(line.unknownOptions, (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_EQ(line.files, (std::vector<std::string>{"/no/such.inp", "/d", "./e.inp"}));
+}
+
+}  // namespace
+}  // namespace torvik::app
