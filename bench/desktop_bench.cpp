@@ -25,6 +25,8 @@ class NoDialogs : public app::Dialogs {
   QStringList openFiles(const QString&, const QString&) override { return {}; }
   QString openFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
+  bool setUpPage(QPrinter&) override { return false; }
+  bool choosePrinter(QPrinter&) override { return false; }
   QString input(const QString&, const QString& caption, const QString&) override {
     return caption == "Section Shape" ? "r" : "300";
   }

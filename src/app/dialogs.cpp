@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPageSetupDialog>
+#include <QPrintDialog>
 #include <QRegularExpression>
 
 namespace torvik::app {
@@ -74,6 +76,14 @@ QString ScreenDialogs::saveFile(const QString& caption, const QString& proposal,
                    [&](const QString& chosen) { dialog.setDefaultSuffix(suffixOf(chosen)); });
   dialog.selectFile(QFileInfo(proposal).fileName());
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+bool ScreenDialogs::setUpPage(QPrinter& printer) {
+  return QPageSetupDialog(&printer, topmost(m_parent)).exec() == QDialog::Accepted;
+}
+
+bool ScreenDialogs::choosePrinter(QPrinter& printer) {
+  return QPrintDialog(&printer, topmost(m_parent)).exec() == QDialog::Accepted;
 }
 
 QString ScreenDialogs::input(const QString& prompt, const QString& caption, const QString& defaultText) {

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <optional>
 
+class QPrinter;
+
 namespace torvik::app {
 
 /// Every box that stops the program for an answer. A test answers in its place.
@@ -25,6 +27,9 @@ class Dialogs {
   /// A file to write, with the overwrite prompt. @return empty where it was cancelled
   virtual QString saveFile(const QString& caption, const QString& proposal, const QString& filter,
                            const QString& defaultExtension) = 0;
+  /// Paper and margins; printer and pages. @return false where it was cancelled
+  virtual bool setUpPage(QPrinter& printer) = 0;
+  virtual bool choosePrinter(QPrinter& printer) = 0;
   /// One line of text. @return empty where it was cancelled
   virtual QString input(const QString& prompt, const QString& caption, const QString& defaultText) = 0;
 };
@@ -40,6 +45,8 @@ class ScreenDialogs : public Dialogs {
                    const QString& defaultExtension) override;
   QString saveFile(const QString& caption, const QString& proposal, const QString& filter,
                    const QString& defaultExtension) override;
+  bool setUpPage(QPrinter& printer) override;
+  bool choosePrinter(QPrinter& printer) override;
   QString input(const QString& prompt, const QString& caption, const QString& defaultText) override;
 
  private:

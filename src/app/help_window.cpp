@@ -2,6 +2,7 @@
 #include "app/help_window.h"
 
 #include <QFile>
+#include <QIcon>
 #include <QScrollBar>
 #include <QTextBlock>
 
@@ -12,6 +13,7 @@ namespace torvik::app {
 HelpWindow::HelpWindow() {
   setObjectName("frmHelp");
   setWindowTitle(QString(base::kTitle) + " - Help");
+  setWindowIcon(QIcon(":/icons/help.svg"));
   setOpenExternalLinks(false);
   setOpenLinks(false);
   resize(820, 640);

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMimeData>
+#include <QPrinter>
 #include <QScreen>
 #include <QToolBar>
 #include <algorithm>

@@ -20,6 +20,8 @@
 #include "views/child_window.h"
 #include "views/shell.h"
 
+class QPrinter;
+
 namespace torvik::app {
 
 class JobControl;
@@ -98,6 +100,8 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void saveTo(const std::string& path);
   void openPaths(const QStringList& paths);
   void mnuFileRecentPath_Click(int index);
+  void mnuFilePrint_Click(int index);
+  QPrinter& printer();
   void mnuObjectSectionParameter_Click();
   void mnuWindowAll_Click(int index);
   void toggleBar(int index);
@@ -121,6 +125,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   QTimer m_clipboardTimer;
   std::unique_ptr<JobControl> m_job;
   std::unique_ptr<HelpWindow> m_help;
+  std::unique_ptr<QPrinter> m_printer;  ///< from its first use on
   bool m_restoringLayout = false;
   bool m_closeWhenJobIsOver = false;
   bool m_loaded = false;

@@ -49,9 +49,9 @@ void MainWindow::buildMenus() {
   add(
       file, "mnuFileManage", 3, "Save &As...", [this] { mnuFileManage_Click(3); }, Key("Ctrl+Shift+S"));
   file.addSeparator();
-  add(file, "mnuFilePrint", 0, "P&rinter Setup...", [] {});
+  add(file, "mnuFilePrint", 0, "P&rinter Setup...", [this] { mnuFilePrint_Click(0); });
   add(
-      file, "mnuFilePrint", 1, "&Print...", [] {}, Key::Print);
+      file, "mnuFilePrint", 1, "&Print...", [this] { mnuFilePrint_Click(1); }, Key::Print);
   file.addSeparator();
   add(
       file, "mnuFileJob", 0, "Star&t", [this] { m_job->mnuFileJob_Click(0); }, Key("F5"));
@@ -213,8 +213,8 @@ QAction& MainWindow::toolAction(const QString& key) const {
 }
 
 void MainWindow::setEnabled(const QString& name, int first, int last, bool on) {
-  static const QStringList kNotThereYet = {"mnuFilePrint",   "mnuObjectSetting", "mnuObjectSetDefault",
-                                           "mnuObjectChart", "mnuObjectFigure",  "mnuToolOption"};
+  static const QStringList kNotThereYet = {"mnuObjectSetting", "mnuObjectSetDefault", "mnuObjectChart",
+                                           "mnuObjectFigure", "mnuToolOption"};
   for (int i = first; i <= last; ++i) menuAction(name, i).setEnabled(on && !kNotThereYet.contains(name));
 }
 

@@ -25,8 +25,8 @@ struct CommandLineFiles {
       files;  ///< what stands behind the options; a bare name has the folder "." in front
 };
 
-/// A token that begins with "-" is an option, one that begins with "/" too unless it names an existing file.
-/// The walk stops at the first token that is none.
+/// A token that begins with "-" is an option, one that begins with "/" too unless it holds another "/" or
+/// names an existing file. The walk stops at the first token that is none.
 CommandLineFiles sortTokens(const std::vector<std::string>& tokens);
 
 }  // namespace torvik::app

@@ -38,6 +38,7 @@ class ScriptedDialogs : public Dialogs {
   bool yes = true;  ///< answer to every question
   QStringList filesToOpen;
   QString fileToSave;
+  std::function<void(QPrinter&)> atPrinter;  ///< what the user sets; without it the dialogs are cancelled
 
   void information(const QString& text, const QString&) override { m_log.append("box: " + text); }
   bool question(const QString& text, const QString&) override {
@@ -51,6 +52,8 @@ class ScriptedDialogs : public Dialogs {
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override {
     return fileToSave;
   }
+  bool setUpPage(QPrinter& printer) override { return atPrinter && (atPrinter(printer), true); }
+  bool choosePrinter(QPrinter& printer) override { return atPrinter && (atPrinter(printer), true); }
   QString input(const QString&, const QString&, const QString&) override { return {}; }
 
  private:

@@ -94,13 +94,15 @@ TEST_F(Windows, CommandsFollowTheRunState) {
       {"0110", "mnuFileJob1 mnuFileJob2 Toolbar1_Pause Toolbar1_End"},
       {"0111",
        "mnuEditEdit1 mnuEditEdit4 mnuEditGrid2 mnuWindowArrange0 mnuWindowArrange1 mnuWindowArrange2 "
-       "mnuWindowArrange4 mnuWindowAll0 mnuWindowAll1 Toolbar1_Copy"},
+       "mnuWindowArrange4 mnuWindowAll0 mnuWindowAll1 Toolbar1_Copy mnuFilePrint1 Toolbar1_Print"},
       {"0001", "mnuWindowAll2"},
-      {"1111", "mnuFileExit mnuToolBar0 mnuToolBar1 mnuToolResize mnuHelpHelp0 mnuHelpHelp1 mnuHelpAbout"},
+      {"1111",
+       "mnuFilePrint0 mnuFileExit mnuToolBar0 mnuToolBar1 mnuToolResize mnuHelpHelp0 mnuHelpHelp1 "
+       "mnuHelpAbout"},
       // Not for the solver table, or no window stands behind them yet.
       {"0000",
-       "mnuEditEdit0 mnuEditEdit2 mnuEditEdit3 mnuEditGrid0 mnuEditGrid1 mnuWindowArrange3 mnuFilePrint0 "
-       "mnuFilePrint1 mnuObjectSetting0 mnuObjectSetting1 mnuObjectSetting2 mnuObjectSetting3 "
+       "mnuEditEdit0 mnuEditEdit2 mnuEditEdit3 mnuEditGrid0 mnuEditGrid1 mnuWindowArrange3 "
+       "mnuObjectSetting0 mnuObjectSetting1 mnuObjectSetting2 mnuObjectSetting3 "
        "mnuObjectSetting4 mnuObjectSetDefault mnuObjectChart mnuObjectFigure mnuToolOption Toolbar1_Cut"}};
   const auto expectColumn = [&](int column) {
     ASSERT_EQ(static_cast<int>(state()), column);

@@ -13,9 +13,10 @@ declare -A allowed=(
   [wizard]="base model"
   [batch]="base model materials analysis"
   [views]="base model materials analysis"
-  [app]="base model materials analysis wizard views"
+  [printing]="base views"
+  [app]="base model materials analysis wizard views printing"
 )
-with_window=" views app "
+with_window=" views printing app "
 bad=0
 for path in "$src"/*/; do
   folder="$(basename "$path")"

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QFileInfo>
+#include <QPrinter>
+
+#include "app/main_window.h"
+#include "base/errors.h"
+#include "printing/printing.h"
+#include "views/table_window.h"
+
+namespace torvik::app {
+
+namespace {
+const QMarginsF kMargins(15, 15, 15, 15);
+}
+
+QPrinter& MainWindow::printer() {
+  if (!m_printer) {
+    m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    m_printer->setPageMargins(kMargins, QPageLayout::Millimeter);
+    printing::readPrinter(*m_printer, readSettings());
+  }
+  return *m_printer;
+}
+
+void MainWindow::mnuFilePrint_Click(int index) {
+  Dialogs& dialogs = *m_program.dialogs;
+  const bool confirmed = index == 0 ? dialogs.setUpPage(printer()) : dialogs.choosePrinter(printer());
+  if (!confirmed) return;
+  changeSettings([this](base::ProfileFile& settings) { printing::writePrinter(printer(), settings); });
+  if (index == 0 || !m_active) return;
+
+  if (auto* const table = qobject_cast<views::TableWindow*>(m_active.data())) table->table().flushNow();
+  const QString file = QFileInfo(QFile::decodeName(m_program.document.currentFile.c_str())).fileName();
+  showWaitCursor(true);
+  const int pages = printing::print(*m_active, printer(), file);
+  showWaitCursor(false);
+  if (pages == 0) throw base::InputError("The printer can not be written to.");
+}
+
+}  // namespace torvik::app

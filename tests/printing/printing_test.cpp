@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "printing/printing.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QRegularExpression>
+
+#include "analysis/models.h"
+#include "views/chart_control.h"
+#include "views/chart_window.h"
+#include "views/fake_shell.h"
+#include "views/table_window.h"
+
+namespace torvik::printing {
+namespace {
+
+/// Pages that the function tells and pages in the document; -1 where they differ.
+int pagesOf(const views::ChildWindow& child, QPageLayout::Orientation orientation) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  int told = 0;
+  {
+    QPdfWriter writer(&buffer);
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageOrientation(orientation);
+    told = print(child, writer, "a.inp");
+  }
+  const auto found = QString::fromLatin1(buffer.data()).count(QRegularExpression("/Type /Page\\b"));
+  return found == told ? told : -1;
+}
+
+TEST(Printing, ATableTakesAsManyPagesAsItsRowsAndColumnsNeed) {
+  views::FakeShell shell;
+  views::TableWindow window(shell, views::TableKind::Solver, {});
+  const auto addRows = [&](int count) {
+    views::ResultTable& table = window.table();
+    for (int step = table.rowCount() - 1; count > 0; --count) {
+      table.beginRow(step++);
+      for (int column = 0; column < table.columnCount(); ++column) table.cell(column, -123456.789012345);
+      table.endRow();
+    }
+    table.flushNow();
+  };
+  EXPECT_EQ(pagesOf(window, QPageLayout::Portrait), 1) << "the headings alone";
+  addRows(20);
+  EXPECT_EQ(pagesOf(window, QPageLayout::Portrait), 1);
+  addRows(180);
+  const int portrait = pagesOf(window, QPageLayout::Portrait);
+  const int landscape = pagesOf(window, QPageLayout::Landscape);
+  EXPECT_GE(portrait, 3);
+  EXPECT_GT(landscape, portrait) << "fewer rows fit on a low page";
+  model::ObjectTables wide;
+  wide.Solids.assign(30, analysis::solidOf(100, 150, 0));
+  for (auto& solid : wide.Solids) solid.Output = 1;
+  views::TableWindow wideWindow(shell, views::TableKind::Solver, wide);
+  EXPECT_GE(pagesOf(wideWindow, QPageLayout::Portrait), 3) << "columns beside one another";
+}
+
+TEST(Printing, AChartTakesOnePage) {
+  views::FakeShell shell;
+  const views::ChartWindow window(shell, static_cast<int>(views::ChartKind::MomentCurvature));
+  EXPECT_EQ(pagesOf(window, QPageLayout::Landscape), 1);
+}
+
+TEST(Printing, PaperIsKeptInTheSettings) {
+  QPrinter printer;
+  printer.setPageSize(QPageSize(QPageSize::A3));
+  printer.setPageOrientation(QPageLayout::Landscape);
+  base::ProfileFile settings = base::ProfileFile::ofText("", "torvik.ini");
+  writePrinter(printer, settings);
+  QPrinter next;
+  readPrinter(next, settings);
+  EXPECT_EQ(next.pageLayout().pageSize().id(), QPageSize::A3);
+  EXPECT_EQ(next.pageLayout().orientation(), QPageLayout::Landscape);
+  readPrinter(next, base::ProfileFile::ofText("[Printer]\nPageSize=?\nOrientation=7\n", "torvik.ini"));
+  EXPECT_EQ(next.pageLayout().pageSize().id(), QPageSize::A3);
+}
+
+}  // namespace
+}  // namespace torvik::printing
