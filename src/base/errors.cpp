@@ -40,8 +40,8 @@ InternalError InternalError::within(const std::string& place) const {
 
 InputError InputError::ofKey(std::string_view file, std::string_view section, std::string_view key,
                              std::string_view value, std::string_view expected) {
-  return InputError(fmt::format("{}: [{}] {}=\"{}\": {}", printable(file), printable(section), printable(key),
-                                shownValue(value), expected));
+  return InputError(fmt::format("{}: [{}] {}=\"{}\": expected {}", printable(file), printable(section),
+                                printable(key), shownValue(value), expected));
 }
 
 NumericFault::NumericFault(Kind kind, const std::string& where)

@@ -44,7 +44,7 @@ std::pair<std::string, std::string> settingOf(const std::string& text) {
   const base::OptionKey* key = base::findOptionKey(name);
   if (!key) throw CLI::ValidationError("--set", "\"" + name + "\" is no key of section Option");
   const auto refuseUnless = [&](bool good, const char* expected) {
-    if (!good) throw CLI::ValidationError("--set", name + "=\"" + value + "\": " + expected + " is expected");
+    if (!good) throw CLI::ValidationError("--set", name + "=\"" + value + "\": expected " + expected);
   };
   switch (key->kind) {
     case base::OptionKind::Flag:
@@ -114,13 +114,13 @@ CommandLine parseCommandLine(int argc, const char* const* argv) {
     for (const std::string& setting : settings) request.settings.push_back(settingOf(setting));
     if (app.count("--stress-strain") > 0) request.stressStrain = rowNameOf(row);
     if (request.step != "Small" && request.step != "Large" && !base::toNumber(request.step))
-      throw CLI::ValidationError("--step", "\"" + request.step + "\": Small, Large or a number is expected");
+      throw CLI::ValidationError("--step", "\"" + request.step + "\": expected Small, Large or a number");
     if (request.shape && *request.shape != "r" && *request.shape != "c")
-      throw CLI::ValidationError("--shape", "\"" + *request.shape + "\": r or c is expected");
+      throw CLI::ValidationError("--shape", "\"" + *request.shape + "\": expected r or c");
     if (request.tieStress && base::toNumber(*request.tieStress).value_or(0) == 0)
       throw CLI::ValidationError("--tie-stress",
-                                 "\"" + *request.tieStress + "\": a number other than 0 is expected");
-    if (request.jobs < 1) throw CLI::ValidationError("--jobs", "a number from 1 on is expected");
+                                 "\"" + *request.tieStress + "\": expected a number other than 0");
+    if (request.jobs < 1) throw CLI::ValidationError("--jobs", "expected a number from 1 on");
     if (request.fullNumbers && !request.sectionParameters && !request.stressStrain)
       throw CLI::ValidationError("--full", "goes with --section-parameters or --stress-strain");
   } catch (const CLI::ParseError& error) {

@@ -22,7 +22,7 @@ TEST(Errors, MessagesAreOneShortLine) {
                                  {x57 + "\x80\x80\x80\x80", x57 + "..."}};
   for (const auto& [value, shown] : rows) {
     EXPECT_EQ(InputError::ofKey("a\n.inp", "B\t0", "Span", value, "a number").what(),
-              "a?.inp: [B?0] Span=\"" + shown + "\": a number");
+              "a?.inp: [B?0] Span=\"" + shown + "\": expected a number");
   }
   EXPECT_STREQ(InternalError(51, "kind 9").within("Solid 3").what(), "Internal error 51: Solid 3: kind 9");
   EXPECT_STREQ(NumericFault(Kind::Overflow, "c").within("b").within("a").what(), "a: b: c: overflow");

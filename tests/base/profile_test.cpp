@@ -69,7 +69,7 @@ TEST(ProfileFile, WriteRefusesWhatTheFormCanNotHold) {
   ProfileFile file = profile("[A]\nk=1\n");
   for (const char end : {'\n', '\r', '\0'})
     EXPECT_EQ(messageOf([&] { return file.ProfileWrite("A", "k", std::string(1, end)), 0; }),
-              "a.inp: [A] k=\"?\": a text without a line end or NUL");
+              "a.inp: [A] k=\"?\": expected a text without a line end or NUL");
   for (const char* const key : {"", " k", "k ", ";k", "[k", "a=b", "a\nb"})
     EXPECT_THROW(file.ProfileWrite("A", key, "1"), InternalError) << key;
   for (const char* const section : {" k", "k ", "k]", "k\n"})
@@ -90,8 +90,8 @@ TEST(ProfileFile, Numbers) {
   EXPECT_EQ(file.ProfileGetInt("A", "empty", 9) + file.ProfileGetInt16("A", "absent", -98), -98);
   EXPECT_EQ(file.ProfileGetDouble("A", "absent", 4.055055415343644), 4.05505541534364);
   const auto error = [&](auto key) { return messageOf([&] { return file.ProfileGetSingle("A", key, 9); }); };
-  EXPECT_EQ(error("bad"), "a.inp: [A] bad=\"1,5\": a number");
-  EXPECT_EQ(error("wide"), "a.inp: [A] wide=\"1E300\": a number within the range of 32-bit floats");
+  EXPECT_EQ(error("bad"), "a.inp: [A] bad=\"1,5\": expected a number");
+  EXPECT_EQ(error("wide"), "a.inp: [A] wide=\"1E300\": expected a number within the range of 32-bit floats");
 }
 
 TEST(ProfileFile, FilesOnDisk) {

@@ -10,9 +10,10 @@ TEST_F(Program, TellsBadInputInOneLineAndGoesOn) {
   // Changes of a good model, and part of what is told.
   const std::pair<Texts, std::string> models[] = {
       {{"Bar0 Type=File", "Bar0 File=pipe"}, "Bar 1 of the job: user stress-strain file \"pipe\": index out"},
-      {{"Bar0 Depth=" + std::string(300, 'x')}, "[Bar0] Depth=\"" + std::string(60, 'x') + "...\": a number"},
-      {{"Bar0 Depth=1E309"}, "2.inp: [Bar0] Depth=\"1E309\": a number"},
-      {{"Bar0 Number=32768"}, "[Bar0] Number=\"32768\": an integer from -32768 to 32767"},
+      {{"Bar0 Depth=" + std::string(300, 'x')},
+       "[Bar0] Depth=\"" + std::string(60, 'x') + "...\": expected a number"},
+      {{"Bar0 Depth=1E309"}, "2.inp: [Bar0] Depth=\"1E309\": expected a number"},
+      {{"Bar0 Number=32768"}, "[Bar0] Number=\"32768\": expected an integer from -32768 to 32767"},
       {{"Beam0 Use=0"}, "Insufficient beam/section objects."},
       {{"Solids All=0"}, "Section parameters: no solid in use: index out of range"},
       {{"Solid0 Area=1E308", "Solid1 Area=1E308"}, "Section parameters: row \"g\": "},

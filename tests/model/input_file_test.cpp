@@ -62,10 +62,11 @@ TEST(InputFile, PartsAndFaultsOfAFile) {
       {"[Solids]\n[Solid0]\nArea=x\n", "[Solids]\nAll=0\n"},
       {"[axialforce0]\nFORCE=-1e3\n[AXIALFORCES]\nall=1\n", "Force=-1000\n"},
       {"[Bars]\nAll=1\n[Bar0]\nUse=-1.9x\nOutput=yes\nType=\n", "Use=-1\nOutput=0\nType=\nFile=\n"},
-      {"[Solids]\nAll=2\n[Solid1]\nWidth=wide\n", "a.inp: [Solid1] Width=\"wide\": a number"},
-      {"[Bars]\nAll=1\n[Bar0]\nDepth=\n", "a.inp: [Bar0] Depth=\"\": a number"},
-      {"[Bars]\nAll=1\n[Bar0]\nUse=32768\n", "a.inp: [Bar0] Use=\"32768\": an integer from -32768 to 32767"},
-      {"[Tendons]\nAll=-1\n", "a.inp: [Tendons] All=\"-1\": a row count from 0 to 32767"},
+      {"[Solids]\nAll=2\n[Solid1]\nWidth=wide\n", "a.inp: [Solid1] Width=\"wide\": expected a number"},
+      {"[Bars]\nAll=1\n[Bar0]\nDepth=\n", "a.inp: [Bar0] Depth=\"\": expected a number"},
+      {"[Bars]\nAll=1\n[Bar0]\nUse=32768\n",
+       "a.inp: [Bar0] Use=\"32768\": expected an integer from -32768 to 32767"},
+      {"[Tendons]\nAll=-1\n", "a.inp: [Tendons] All=\"-1\": expected a row count from 0 to 32767"},
   };
   for (const auto& [text, part] : rows) {
     std::string outcome;
@@ -146,11 +147,11 @@ TEST(InputFile, FailuresLeaveTheDocument) {
 
   base::replaceWholeFile(editor.file, "[Bars]\nAll=9\n");
   editor.document.tables.Bars[0].Area = 1.7976931348623157e308;
-  EXPECT_NE(editor.write(editor.file).find(": [Bar0] Area=\"1.79769313486232E+308\": a"), std::string::npos);
+  EXPECT_NE(editor.write(editor.file).find(": [Bar0] Area=\"1.79769313486232E+308\": expected a"), std::string::npos);
   EXPECT_EQ(base::readWholeFile(editor.file), "[Bars]\nAll=9\n");
 
   base::replaceWholeFile(editor.file, "[Beams]\nAll=2\n[Solids]\nAll=2\n[Solid1]\nArea=x\n");
-  EXPECT_EQ(editor.read(editor.file), editor.file + ": [Solid1] Area=\"x\": a number");
+  EXPECT_EQ(editor.read(editor.file), editor.file + ": [Solid1] Area=\"x\": expected a number");
   EXPECT_TRUE(editor.document.tables.Beams.size() == 2 && editor.document.currentFile == editor.file);
 }
 

@@ -33,7 +33,7 @@ TEST(DefaultRows, AreAddedFromTheSettings) {
   };
   EXPECT_EQ(add(ObjectKind::Bar, 2) + add(ObjectKind::Bar, -1), "no errorno error");
   EXPECT_EQ(add(ObjectKind::Solid, 0), "no error");
-  EXPECT_EQ(add(ObjectKind::Solid, 1), "a.ini: [Solid] Area=\"\": a number");
+  EXPECT_EQ(add(ObjectKind::Solid, 1), "a.ini: [Solid] Area=\"\": expected a number");
   EXPECT_THROW(add(static_cast<ObjectKind>(5), 0), base::InternalError);
   const std::string expected = "[Bars]\nAll=4\n[Bar1]\nArea=5\n[Bar2" + row + "[Bar3" + row;
   EXPECT_EQ(fileTextOf(tables), fileTextOf(tablesOf(expected)));
