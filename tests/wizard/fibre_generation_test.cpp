@@ -9,19 +9,10 @@
 #include <span>
 
 #include "base/message_of.h"
+#include "wizard/shapes.h"
 
 namespace torvik::wizard {
 namespace {
-
-// Shapes are written as whole, hollow, A, B, C, D, E, F, P, a, b, c, p, mode, number, height.
-constexpr auto kTapered = WholeShape::Tapered;
-constexpr auto kOval = WholeShape::Ellipse;
-constexpr auto kStack = WholeShape::ThreeRectangles;
-constexpr auto kNone = HollowShape::None;
-constexpr auto kTaper = HollowShape::Tapered;
-constexpr auto kEllipse = HollowShape::Ellipse;
-constexpr auto kNumber = FibreMode::InNumber;
-constexpr auto kHeight = FibreMode::InHeight;
 
 /// `count` trapezia of width a at the top and b at the bottom, or ellipses where b is -1. Strips of height s
 /// have the right area, but where the width changes by m a depth, m s^3 / 12 too little of the first moment,
