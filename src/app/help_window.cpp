@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QIcon>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
 
@@ -19,15 +20,17 @@ HelpWindow::HelpWindow() {
   resize(820, 640);
   QFile guide(":/guide.md");
   if (guide.open(QIODevice::ReadOnly)) setMarkdown(QString::fromUtf8(guide.readAll()));
-  connect(this, &QTextBrowser::anchorClicked, this,
-          [this](const QUrl& url) { showTopic(QString(url.fragment()).replace('-', ' ')); });
+  connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& url) { showTopic(url.fragment()); });
 }
 
 void HelpWindow::showTopic(const QString& topic) {
+  // Keys and anchors differ from the headings by blanks and signs.
+  const auto lettersOf = [](QString text) { return text.remove(QRegularExpression("[^\\w]|_")).toLower(); };
+  const QString wanted = lettersOf(topic);
   moveCursor(QTextCursor::Start);
-  for (QTextBlock block = document()->begin(); block.isValid() && !topic.isEmpty(); block = block.next()) {
+  for (QTextBlock block = document()->begin(); block.isValid() && !wanted.isEmpty(); block = block.next()) {
     if (block.blockFormat().headingLevel() == 0) continue;
-    if (!block.text().contains(topic, Qt::CaseInsensitive)) continue;
+    if (!lettersOf(block.text()).contains(wanted)) continue;
     setTextCursor(QTextCursor(block));
     const int top = cursorRect().top();
     verticalScrollBar()->setValue(verticalScrollBar()->value() + top);

@@ -20,6 +20,8 @@
 #include "base/paths.h"
 #include "base/settings.h"
 #include "base/title.h"
+#include "options/option_dialog.h"
+#include "views/chart_window.h"
 
 /// The resources of a static library have to be asked for, from outside every namespace.
 static void loadResources() {
@@ -163,6 +165,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
+  if (m_options) m_options->close();
   closeAllChildren();
   changeSettings([this](base::ProfileFile& settings) {
     SaveWindowLayout(settings);
@@ -183,12 +186,16 @@ base::ProfileFile MainWindow::readSettings() const {
 
 void MainWindow::changeSettings(const std::function<void(base::ProfileFile&)>& change) {
   try {
-    base::ProfileFile settings = readSettings();
-    change(settings);
-    settings.save(m_program.settingsFile);
+    writeSettings(change);
   } catch (const base::InputError&) {
     // A settings file that can not be written keeps nobody from working.
   }
+}
+
+void MainWindow::writeSettings(const std::function<void(base::ProfileFile&)>& change) {
+  base::ProfileFile settings = readSettings();
+  change(settings);
+  settings.save(m_program.settingsFile);
 }
 
 void MainWindow::SaveWindowLayout(base::ProfileFile& settings) const {
@@ -256,11 +263,25 @@ void MainWindow::toggleResize() {
 }
 
 void MainWindow::openOptions(int tab) {
-  if (tab <= 0) return;
-  changeSettings([&](base::ProfileFile& settings) {
-    settings.ProfileWrite(base::kOptionSection, base::optionKey(OptionId::SelectedTab).name,
-                          base::plainText(tab));
+  if (m_options) return;
+  if (tab > 0)
+    changeSettings([&](base::ProfileFile& settings) {
+      settings.ProfileWrite(base::kOptionSection, base::optionKey(OptionId::SelectedTab).name,
+                            base::plainText(tab));
+    });
+  guarded("Option", [this] {
+    auto* const window = qobject_cast<views::ChartWindow*>(m_active.data());
+    const options::Services services{[this](const QString& file) { m_program.sounds->play(file); },
+                                     [this](const QString& key) { showHelp(key); }, soundFolder()};
+    m_options = new options::OptionDialog(*this, window ? &window->chart() : nullptr, services, this);
+    m_options->setAttribute(Qt::WA_DeleteOnClose);
+    m_options->open();  // and not exec: a job that runs stands below on the stack and goes on
   });
+}
+
+void MainWindow::showHelp(const QString& topic) {
+  if (!m_help) m_help = std::make_unique<HelpWindow>();
+  m_help->showTopic(topic);
 }
 
 void MainWindow::showMessage(const QString& text) {

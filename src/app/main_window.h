@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QDialog>
 #include <QHash>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -63,6 +64,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   [[nodiscard]] analysis::RunState runState() const override { return m_program.run.state; }
   [[nodiscard]] base::ProfileFile readSettings() const override;
   void changeSettings(const std::function<void(base::ProfileFile&)>& change) override;
+  void writeSettings(const std::function<void(base::ProfileFile&)>& change) override;
   void childActivated(views::ChildWindow& child) override;
   void childDeactivated(views::ChildWindow& child) override;
   void popupEditMenu(views::ChildWindow& child, const QPoint& globalPosition) override;
@@ -109,6 +111,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void showRecentPaths();
   void stepBoxLostFocus();
   void watchClipboard();
+  void showHelp(const QString& topic);
 
   void SaveWindowLayout(base::ProfileFile& settings) const;
   void RestoreWindowLayout(const base::ProfileFile& settings);
@@ -126,6 +129,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   std::unique_ptr<JobControl> m_job;
   std::unique_ptr<HelpWindow> m_help;
   std::unique_ptr<QPrinter> m_printer;  ///< from its first use on
+  QPointer<QDialog> m_options;          ///< while it is open
   bool m_restoringLayout = false;
   bool m_closeWhenJobIsOver = false;
   bool m_loaded = false;

@@ -118,12 +118,7 @@ void MainWindow::buildMenus() {
 
   QMenu& help = *menuBar()->addMenu("&Help");
   add(
-      help, "mnuHelpHelp", 0, "&Help",
-      [this] {
-        if (!m_help) m_help = std::make_unique<HelpWindow>();
-        m_help->showTopic({});
-      },
-      Key::HelpContents);
+      help, "mnuHelpHelp", 0, "&Help", [this] { showHelp({}); }, Key::HelpContents);
   add(help, "mnuHelpHelp", 1, "Home &Page", [this] { showMessage("Home page is not available now."); });
   add(help, "mnuHelpAbout", -1, "&About...", [this] { AboutBox(this).exec(); });
 }
@@ -214,7 +209,7 @@ QAction& MainWindow::toolAction(const QString& key) const {
 
 void MainWindow::setEnabled(const QString& name, int first, int last, bool on) {
   static const QStringList kNotThereYet = {"mnuObjectSetting", "mnuObjectSetDefault", "mnuObjectChart",
-                                           "mnuObjectFigure", "mnuToolOption"};
+                                           "mnuObjectFigure"};
   for (int i = first; i <= last; ++i) menuAction(name, i).setEnabled(on && !kNotThereYet.contains(name));
 }
 

@@ -2,6 +2,7 @@
 #include "app/sounds.h"
 
 #include <QAudioDevice>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QMediaDevices>
 #include <QSoundEffect>
@@ -13,6 +14,10 @@ namespace {
 // A sound that is asked for at every step of a fast job starts anew only so often [ms].
 constexpr qint64 kShortestGap = 60;
 }  // namespace
+
+QString soundFolder() {
+  return QFileInfo(QCoreApplication::applicationDirPath() + "/../share/torvik/sounds").canonicalFilePath();
+}
 
 struct DeviceSounds::Sound {
   QSoundEffect effect;

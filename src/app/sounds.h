@@ -18,6 +18,9 @@ class SoundPlayer {
   virtual void play(const QString& file) = 0;
 };
 
+/// Folder of the program's own sounds where it is installed; empty where it runs out of its build folder.
+QString soundFolder();
+
 class DeviceSounds : public SoundPlayer {
  public:
   DeviceSounds();

@@ -25,6 +25,9 @@ class Shell {
   /// over.
   virtual void changeSettings(const std::function<void(base::ProfileFile&)>& change) = 0;
 
+  /// The same for what the user has to know of. @throws InputError where it can not be read or written
+  virtual void writeSettings(const std::function<void(base::ProfileFile&)>& change) = 0;
+
   /// The child became, or ceased to be, the active one, or its `commands` changed: the frame takes or drops
   /// them.
   virtual void childActivated(ChildWindow& child) = 0;

@@ -27,6 +27,7 @@ class FakeShell : public Shell {
     return base::ProfileFile::ofText(settings.text(), "torvik.ini");
   }
   void changeSettings(const std::function<void(base::ProfileFile&)>& change) override { change(settings); }
+  void writeSettings(const std::function<void(base::ProfileFile&)>& change) override { change(settings); }
   void childActivated(ChildWindow&) override {}
   void childDeactivated(ChildWindow&) override {}
   void popupEditMenu(ChildWindow&, const QPoint&) override { ++popups; }

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+class QLineEdit;
+
+namespace torvik::views {
+
+/// Bounds of an up-down control.
+struct UpDownRange {
+  int minimum;
+  int maximum;
+  int increment;
+  int initial;  ///< stands for the value while the box holds no number
+};
+
+/// The two spin buttons of a text box.
+class UpDown : public QWidget {
+  Q_OBJECT
+
+ public:
+  UpDown(QLineEdit& box, const UpDownRange& range, QWidget* parent = nullptr);
+
+  /// `value` raised to the minimum or lowered to the maximum.
+  [[nodiscard]] double bounded(double value) const;
+
+ public slots:
+  /// Up (1) or down (-1) by the increment, within the bounds.
+  void step(int direction);
+
+ private:
+  QLineEdit& m_box;
+  UpDownRange m_range;
+};
+
+}  // namespace torvik::views

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QDialog>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "app/window_fixture.h"
+#include "views/chart_control.h"
+#include "views/chart_window.h"
+
+namespace torvik::app {
+namespace {
+
+class OptionsInTheWindow : public WindowTest {
+ protected:
+  [[nodiscard]] QDialog* dialog() const { return window->findChild<QDialog*>("frmOption"); }
+  void click(const char* button) {
+    QTest::mouseClick(dialog()->findChild<QPushButton*>(button), Qt::LeftButton);
+  }
+  /// The scale of the x axis is set by hand.
+  void setMaximum(const QString& maximum) {
+    QTest::mouseClick(dialog()->findChild<QWidget*>("Check31_0"), Qt::LeftButton, {}, {8, 8});
+    dialog()->findChild<QLineEdit*>("Text32_0")->setText(maximum);
+  }
+};
+
+TEST_F(OptionsInTheWindow, ADoubleClickOnAChartOpensItsAxesWhileTheJobGoesOn) {
+  onlyWindows({"ChartMoment", "ChartCurvature"});
+  openWith(smallBeam());
+  int openedAt = 0;
+  atStep(3, [&] {
+    auto& chart = child<views::ChartWindow>("Chart - Moment");
+    window->activate(&chart);
+    QTest::mouseDClick(&chart.chart(), Qt::LeftButton);
+    openedAt = steps;
+    ASSERT_TRUE(dialog());
+    EXPECT_EQ(dialog()->findChild<QTabWidget*>("TabStrip1")->currentIndex(), 3);
+    setMaximum("12345");
+    trigger("mnuToolOption");  // there is one
+  });
+  trigger("mnuFileJob0");
+  EXPECT_GT(steps, openedAt);
+  ASSERT_TRUE(dialog());
+  click("Command1_0");
+  QTest::qWait(1);
+  EXPECT_FALSE(dialog());
+  const auto scaleOf = [&](const char* title) {
+    return child<views::ChartWindow>(title).chart().valueScale(views::kAxisX);
+  };
+  EXPECT_FALSE(scaleOf("Chart - Moment").Auto);
+  EXPECT_EQ(scaleOf("Chart - Moment").Maximum, 12345);
+  EXPECT_TRUE(scaleOf("Chart - Curvature").Auto);
+  EXPECT_EQ(setting("Option", "StrainBarStep"), "0.0001");
+}
+
+TEST_F(OptionsInTheWindow, OutliveTheirChartAndCloseWithTheFrame) {
+  onlyWindows({"ChartMoment"});
+  openWith(smallBeam());
+  trigger("mnuFileJob0");
+  trigger("mnuToolOption");
+  window->closeAllChildren();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  click("Command1_0");
+  QTest::qWait(1);
+  EXPECT_FALSE(dialog());
+  trigger("Toolbar1_Option");
+  const QPointer<QDialog> second = dialog();
+  ASSERT_TRUE(second);
+  window->close();
+  EXPECT_TRUE(!second || !second->isVisible());
+}
+
+TEST_F(OptionsInTheWindow, TellOfAFileThatCanNotBeReadOrWritten) {
+  open();
+  trigger("mnuToolOption");
+  std::filesystem::remove(program.settingsFile);
+  std::filesystem::create_directory(program.settingsFile);
+  log.clear();
+  click("Command1_0");
+  EXPECT_EQ(log.size(), 0);  // behind the click
+  QTest::qWait(1);
+  ASSERT_EQ(log.size(), 1);
+  EXPECT_TRUE(log[0].startsWith("box: Option: ")) << log[0].toStdString();
+  EXPECT_TRUE(dialog());  // with all that was entered
+  click("Command1_1");
+  QTest::qWait(1);
+  EXPECT_FALSE(dialog());
+  trigger("mnuToolOption");
+  EXPECT_EQ(log.size(), 2);
+  EXPECT_FALSE(dialog());
+}
+
+}  // namespace
+}  // namespace torvik::app

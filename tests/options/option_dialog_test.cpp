@@ -1,0 +1,364 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "options/option_dialog.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QToolButton>
+#include <QtTest/QtTest>
+#include <memory>
+
+#include "views/fake_shell.h"
+
+namespace torvik::options {
+namespace {
+
+class Options : public ::testing::Test {
+ protected:
+  void open(const std::string& settings = {}, views::ChartControl* chart = nullptr) {
+    shell.settings = base::ProfileFile::ofText(settings, "torvik.ini");
+    const Services services{[this](const QString& file) { played.append(file); },
+                            [this](const QString& key) { helpKey = key; }, "/sounds"};
+    dialog = std::make_unique<OptionDialog>(shell, chart, services, nullptr);
+    dialog->show();
+    dialog->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    QCoreApplication::processEvents();
+  }
+  template <class Control = QLineEdit>
+  [[nodiscard]] Control& get(const QString& name) const {
+    auto* const found = dialog->findChild<Control*>(name);
+    if (!found) throw std::runtime_error("no control " + name.toStdString());
+    return *found;
+  }
+  [[nodiscard]] QString text(const QString& name) const { return get(name).text(); }
+  [[nodiscard]] QTabWidget& tabs() const { return get<QTabWidget>("TabStrip1"); }
+  void goTo(int tab) {
+    QTabBar& bar = *tabs().tabBar();
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(tab - 1).center());
+  }
+  void click(const QString& button) {
+    auto& control = get<QAbstractButton>(button);
+    QTest::mouseClick(&control, Qt::LeftButton, {}, {8, control.height() / 2});
+    QCoreApplication::processEvents();
+  }
+  /// The box with the focus, by a click where it has not got it yet, and its whole text selected.
+  QLineEdit& focused(const QString& name) {
+    QLineEdit& box = get(name);
+    if (!box.hasFocus()) QTest::mouseClick(&box, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(box.selectedText() == box.text()) << qPrintable(name);
+    return box;
+  }
+  /// Replaces the text of a box by a paste, which no key filter sees, and leaves it by the Tab key.
+  void enter(const QString& name, const QString& value) {
+    QLineEdit& box = focused(name);
+    QGuiApplication::clipboard()->setText(value);
+    QTest::keyClick(&box, value.isEmpty() ? Qt::Key_Delete : Qt::Key_V,
+                    value.isEmpty() ? Qt::NoModifier : Qt::ControlModifier);
+    QTest::keyClick(&box, Qt::Key_Tab);
+    QTest::qWait(1);
+  }
+  /// Which of the check boxes are on, as "1" and "0".
+  [[nodiscard]] std::string checks(const QStringList& names) const {
+    std::string on;
+    for (const QString& name : names) on += get<QCheckBox>(name).isChecked() ? '1' : '0';
+    return on;
+  }
+  /// All keys that the dialog edits, with their defaults.
+  static std::string allDefaults(const std::string& selectedTab) {
+    std::string text = "[Option]\nSelectedTab=" + selectedTab + "\n";
+    for (const base::OptionKey& key : base::optionKeys())
+      if (key.id != base::OptionId::SelectedTab && key.id != base::OptionId::CurvatureUserRangeStep)
+        text.append(key.name).append("=").append(key.defaultText).append("\n");
+    return text;
+  }
+
+  views::FakeShell shell;
+  QStringList played;
+  QString helpKey;
+  std::unique_ptr<OptionDialog> dialog;
+};
+
+const QStringList kFileAndTables = {"Check12",   "Check13_0", "Check13_1",
+                                    "Check13_2", "Check13_3", "Check13_4"};
+
+TEST_F(Options, WithoutAFileShowTheDefaultsAndOkWritesEveryKeyInOrder) {
+  open();
+  EXPECT_EQ(text("Text01_2"), "1E-07");
+  EXPECT_EQ(text("Text03_0"), "1000");
+  EXPECT_EQ(text("Text41_2"), "start.wav");
+  EXPECT_FALSE(get("Text41_3").isEnabled());
+  EXPECT_TRUE(get<QRadioButton>("Option51_2").isChecked());
+  click("Command1_0");
+  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_EQ(shell.settings.text(), allDefaults("1"));
+  EXPECT_TRUE(shell.messages.isEmpty());
+}
+
+TEST_F(Options, GoBackToTheFileOnlyWithOk) {
+  const std::string kBefore =
+      "; mine\n[Option]\nChartStress=0\nSelectedTab=3\nMessagesPauseWatchSound=\xE4.wav\n";
+  const std::string kAfter =
+      "; mine\n[Option]\nChartStress=0\nSelectedTab=2\nMessagesPauseWatchSound=\xE4.wav\n";
+  for (const std::string way : {"Cancel", "Esc", "X"}) {
+    open(kBefore);
+    EXPECT_EQ(tabs().currentIndex(), 2);
+    enter("Text21_0", "-0.002");
+    goTo(2);
+    click("Check11_2");
+    if (way == "Cancel") click("Command1_1");
+    if (way == "Esc") QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    if (way == "X") dialog->close();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(shell.settings.text(), kAfter) << way;
+  }
+  open(kBefore);
+  goTo(5);
+  EXPECT_EQ(text("Text41_4"), QString::fromLatin1("\xE4.wav"));
+  click("Command1_0");  // bytes of another code page stay while nobody edits them
+  EXPECT_EQ(shell.settings.ProfileGetString("Option", "MessagesPauseWatchSound", ""), "\xE4.wav");
+}
+
+TEST_F(Options, ABoxThatIsLeftHoldsANumberWithinItsBounds) {
+  const QString kTooMany = "Too many steps.";
+  const struct {
+    int tab;
+    const char* box;
+    const char* entered;
+    const char* left;
+    QString message;
+  } kRows[] = {{1, "Text01_2", "abc", "1E-07", {}},
+               {1, "Text01_1", "abc", "3E-05", {}},
+               {1, "Text02_1", "", "0.5", {}},
+               {1, "Text01_2", "0.0000002", "0.0000002", {}},
+               {1, "Text03_0", "abc", "2000", {}},
+               {1, "Text03_0", "100", "500", {}},
+               {1, "Text03_0", "9000", "5000", {}},
+               {1, "Text03_1", "0", "1", {}},
+               {1, "Text03_2", "11", "10", {}},
+               {3, "Text22_2", "0.00001", "0.00001", kTooMany},
+               {3, "Text23_1", "0.3", "0.3", kTooMany},
+               {3, "Text21_0", "-0.02", "-0.02", {}},
+               {3, "Text21_0", "-0.0201", "-0.0201", kTooMany},
+               {3, "Text21_2", "0", "0", "Option: number of steps: division by zero"},
+               {3, "Text21_2", "abc", "1E-05", {}}};
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(std::string(row.box) + "=" + row.entered);
+    shell.messages.clear();
+    open("[Option]\nCurvatureSmallRangeTo=0.00003\nConvergenceMaxIteration=2000\n");
+    goTo(row.tab);
+    enter(row.box, row.entered);
+    EXPECT_EQ(text(row.box), row.left);
+    EXPECT_EQ(shell.messages.join('|'), row.message);
+    if (QString(row.box).startsWith("Text01")) {
+      EXPECT_EQ(text("Text02_0"), text("Text01_1"));
+    }
+    click("Command1_0");  // nothing of this keeps OK from working
+    EXPECT_FALSE(dialog->isVisible());
+  }
+}
+
+TEST_F(Options, LeavingABoxForOkChecksItOnceAndOkGoesOn) {
+  for (const bool byEnter : {true, false}) {
+    shell.messages.clear();
+    open();
+    goTo(3);
+    get("Text23_2").setFocus();
+    get("Text23_2").setText("0.00001");
+    if (byEnter)
+      QTest::keyClick(&get("Text23_2"), Qt::Key_Return);
+    else
+      click("Command1_0");
+    EXPECT_EQ(shell.messages, QStringList{"Too many steps."});
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(shell.settings.ProfileGetString("Option", "StrainTendonStep", ""), "0.00001");
+  }
+  shell.messages.clear();
+  open();
+  goTo(3);
+  get("Text23_2").setText("0");
+  get("Text23_2").setFocus();
+  QTest::keyClick(&get("Text23_2"), Qt::Key_Escape);  // no leaving
+  QTest::qWait(1);
+  EXPECT_TRUE(shell.messages.isEmpty());
+}
+
+TEST_F(Options, KeysAreFilteredAndTheSpinButtonsKeepTheirBounds) {
+  views::ChartControl chart;
+  chart.setValueScale(views::kAxisX, {false, 0, 10, 19});
+  open({}, &chart);
+  const struct {
+    int tab;
+    const char* box;
+    const char* typed;
+    const char* held;
+  } kRows[] = {{1, "Text01_1", "-1e.5a", "1.5"}, {1, "Text03_1", "-7.", "7"},
+               {3, "Text22_0", "-0.1", "0.1"},   {4, "Text31_0", "-1e.5a", "-1.5"},
+               {4, "Text33_0", "12\b", "19"},    {5, "Text41_0", "a b-1", "a b-1"}};
+  for (const auto& row : kRows) {
+    goTo(row.tab);
+    QTest::keyClicks(&focused(row.box), row.typed);
+    EXPECT_EQ(text(row.box), row.held) << row.box;
+  }
+  goTo(4);
+  for (const auto& [key, held] : {std::pair(Qt::Key_Up, "20"), {Qt::Key_Up, "20"}, {Qt::Key_Down, "19"}}) {
+    QTest::keyClick(&get("Text33_0"), key);
+    EXPECT_EQ(text("Text33_0"), held);
+  }
+  goTo(1);
+  const auto spin = [&](const char* pair, const char* button) {
+    QTest::mouseClick(get<QWidget>(pair).findChild<QToolButton*>(button), Qt::LeftButton);
+  };
+  for (const char* held : {"1500", "2000"}) {
+    spin("UpDown03_0", "Up");
+    EXPECT_EQ(text("Text03_0"), held);
+  }
+  for (int i = 0; i < 9; ++i) spin("UpDown03_2", "Down");
+  EXPECT_EQ(text("Text03_2"), "1");
+}
+
+TEST_F(Options, AJobIsNeverLeftWithoutSolverOutputByAClick) {
+  const struct {
+    const char* before;  ///< file, then tables
+    QString click;
+    const char* after;
+  } kRows[] = {{"010000", "Check13_0", "100000"},   {"110000", "Check13_0", "100000"},
+               {"100000", "Check12", "010000"},     {"110000", "Check12", "010000"},
+               {"010000", "Check12", "110000"},     {"100000", "Check13_0", "110000"},
+               {"000000", "Check13_3", "100010"},   {"010000", "Check13_3", "010010"},
+               {"010111", "Command13_1", "100000"}, {"000000", "Command13_0", "011111"}};
+  const char* const kKeys[] = {"FileSolver", "TableSolver", "TableSection",
+                               "TableSolid", "TableBar",    "tabletendon"};
+  for (const auto& row : kRows) {
+    std::string settings = "[Option]\nSelectedTab=2\n";
+    for (std::size_t i = 0; i < 6; ++i) settings += std::string(kKeys[i]) + "=" + row.before[i] + "\n";
+    open(settings);
+    EXPECT_EQ(checks(kFileAndTables), row.before);
+    click(row.click);
+    EXPECT_EQ(checks(kFileAndTables), row.after) << row.before << " " << qPrintable(row.click);
+  }
+}
+
+TEST_F(Options, AxesAreThoseOfTheChart) {
+  const QStringList kBoxes = {"Text31_0", "Text32_0", "Text33_0", "Text31_1", "Text32_1", "Text33_1"};
+  const auto texts = [&] {
+    QStringList held;
+    for (const QString& box : kBoxes) held.append(text(box));
+    return held.join(' ');
+  };
+  auto chart = std::make_unique<views::ChartControl>();
+  chart->setValueScale(views::kAxisX, {false, -5, 20, 4});
+  open("[Option]\nSelectedTab=4\n", chart.get());
+  EXPECT_TRUE(texts().startsWith("-5 20 4 ")) << qPrintable(texts());
+  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "01");
+  EXPECT_FALSE(get("Text31_1").isEnabled() || get<QWidget>("UpDown31_1").isEnabled());
+  enter("Text32_0", "abc");
+  EXPECT_EQ(text("Text32_0"), "N/A");
+  enter("Text31_0", "-7");
+  click("Check31_1");
+  enter("Text32_1", "1000");
+  click("Command1_0");
+  EXPECT_EQ(chart->valueScale(views::kAxisX).Minimum, -7);
+  EXPECT_EQ(chart->valueScale(views::kAxisX).Maximum, 20);  // what is no number is skipped
+  EXPECT_FALSE(chart->valueScale(views::kAxisY).Auto);
+  EXPECT_EQ(chart->valueScale(views::kAxisY).Maximum, 1000);
+
+  open("[Option]\nSelectedTab=4\n", chart.get());
+  click("Check31_0");
+  click("Command1_2");  // again from the chart
+  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "00");
+  EXPECT_TRUE(texts().startsWith("-7 20 4 ")) << qPrintable(texts());
+  click("Check31_0");
+  chart->setValueScale(views::kAxisX, {false, 1, 2, 3});
+  enter("Text31_1", "0.5");
+  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "10");
+  click("Command1_0");
+  EXPECT_TRUE(chart->valueScale(views::kAxisX).Auto);
+
+  open("[Option]\nSelectedTab=4\n", chart.get());
+  get("Text33_0").setText("7");  // by whatever way it changes
+  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "00");
+  chart.reset();
+  click("Command1_0");
+  open("[Option]\nSelectedTab=4\n");
+  EXPECT_EQ(texts(), "N/A N/A N/A N/A N/A N/A");
+  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "00");
+  click("Command1_2");
+  EXPECT_EQ(texts(), "N/A N/A N/A N/A N/A N/A");
+}
+
+TEST_F(Options, DefaultsAreTakenForTheTabAloneAndOnlyAfterYes) {
+  std::string settings = "[Option]\nSelectedTab=1\n";
+  for (const OptionControl& control : optionControls())
+    settings.append(base::optionKey(control.id).name)
+        .append(base::optionKey(control.id).defaultText == "1" ? "=0\n" : "=1\n");
+  open(settings);
+  shell.yes = false;
+  click("Command1_2");
+  EXPECT_EQ(text("Text01_2"), "1");
+  shell.yes = true;
+  for (int tab = 1; tab <= kTabs; ++tab) {
+    goTo(tab);
+    click("Command1_2");
+    EXPECT_EQ(checks(kFileAndTables), tab == 1 ? "101000" : "010111");
+    EXPECT_EQ(text("Text22_0"), tab < 3 ? "1" : "-0.1");
+  }
+  EXPECT_EQ(shell.messages.count("Take default options for this tab ?"), 7);
+  EXPECT_EQ(shell.settings.ProfileGetString("Option", "StrainBarFrom", ""), "1");  // not before OK
+  click("Command1_0");
+  EXPECT_EQ(shell.settings.text(), allDefaults("6"));
+}
+
+TEST_F(Options, TabsTurnWithCtrlTabAndFocusTheirFirstControl) {
+  open("[Option]\nWindowArrange=1\n");
+  for (const char* first :
+       {"Text01_1", "Check11_0", "Text21_0", "Check31_0", "Check41_0", "Option51_1", "Text01_1"}) {
+    ASSERT_TRUE(dialog->focusWidget());
+    EXPECT_EQ(dialog->focusWidget()->objectName(), first);
+    if (tabs().currentIndex() == 1) get<QPushButton>("Command1_3").setFocus();  // from outside the pages, too
+    QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+  }
+}
+
+TEST_F(Options, MessagesPlayBrowseAndSwitchTheirRow) {
+  open("[Option]\nSelectedTab=5\n");
+  click("Command41_0");
+  EXPECT_EQ(played, QStringList{"chimes.wav"});
+  click("Command42_0");
+  EXPECT_EQ(text("Text41_0"), "chimes.wav");  // cancelled
+  EXPECT_EQ(shell.proposal, "/sounds/*.wav");
+  shell.openAnswer = "/tmp/bell.wav";
+  click("Command42_0");
+  EXPECT_EQ(text("Text41_0"), "/tmp/bell.wav");
+  click("Command43_1");
+  for (const char* name : {"Text41_0", "Command41_0", "Command42_0"})
+    EXPECT_FALSE(get<QWidget>(name).isEnabled()) << name;
+  click("Command43_0");
+  EXPECT_TRUE(get<QWidget>("Command42_3").isEnabled());
+  click("Command1_3");
+  EXPECT_EQ(helpKey, QString::fromUtf8("MessagesOption―"));
+}
+
+TEST_F(Options, StoredValuesThatCanNotBeShownAreToldOnceAndCanBeMended) {
+  open("[Option]\nSelectedTab=9\nCurvatureSmallRangeStep=abc\nWindowArrange=7\n");
+  QTest::qWait(1);
+  ASSERT_EQ(shell.messages.size(), 1);
+  for (const char* part : {"SelectedTab=\"9\"", "CurvatureSmallRangeStep=\"abc\"", "WindowArrange=\"7\""})
+    EXPECT_TRUE(shell.messages[0].contains(part)) << qPrintable(shell.messages[0]);
+  EXPECT_EQ(text("Text01_2"), "abc");
+  enter("Text01_2", "1E-08");
+  click("Command1_0");
+  EXPECT_EQ(shell.messages.size(), 1);
+  EXPECT_EQ(shell.settings.ProfileGetString("Option", "CurvatureSmallRangeStep", ""), "1E-08");
+  EXPECT_EQ(shell.settings.ProfileGetString("Option", "WindowArrange", ""), "7");  // nobody chose another
+}
+
+}  // namespace
+}  // namespace torvik::options
