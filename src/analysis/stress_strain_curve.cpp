@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis/stress_strain_curve.h"
 
+#include "base/errors.h"
 #include "base/fault.h"
+#include "base/files.h"
 #include "base/settings.h"
 
 namespace torvik::analysis {
@@ -13,11 +15,9 @@ using base::OptionId;
 constexpr double kMostSteps = 1e6;
 
 template <class Law, class Row>
-std::vector<CurvePoint> sample(const Row& row, const base::ProfileFile& settings, OptionId fromKey,
-                               OptionId toKey, OptionId stepKey, materials::StressStrainContext& context) {
-  const double from = base::optionReal(settings, fromKey);
-  const double to = base::optionReal(settings, toKey);
-  const double step = base::optionReal(settings, stepKey);
+std::vector<CurvePoint> sample(const Row& row, const CurveRange& range,
+                               materials::StressStrainContext& context) {
+  const auto& [from, to, step] = range;
   if (base::divide(to - from, step, "steps of the stress-strain curve, (To - From) / Step") > kMostSteps)
     throw base::NumericFault(base::NumericFault::Kind::Overflow, "steps of the stress-strain curve");
 
@@ -34,22 +34,45 @@ std::vector<CurvePoint> sample(const Row& row, const base::ProfileFile& settings
 
 }  // namespace
 
-std::vector<CurvePoint> stressStrainCurve(const model::SolidObject& row, const base::ProfileFile& settings,
-                                          materials::StressStrainContext& context) {
-  return sample<materials::SolidLaw>(row, settings, OptionId::StrainSolidFrom, OptionId::StrainSolidTo,
-                                     OptionId::StrainSolidStep, context);
+std::string missingForCurve(const std::string& Type, const std::string& File) {
+  if (Type.empty()) return "No object type in the corrent row.";
+  if (Type != "File") return {};
+  if (File.empty()) return "No file name.";
+  return base::isFile(File) ? "" : "File not found.";
 }
 
-std::vector<CurvePoint> stressStrainCurve(const model::BarObject& row, const base::ProfileFile& settings,
-                                          materials::StressStrainContext& context) {
-  return sample<materials::BarLaw>(row, settings, OptionId::StrainBarFrom, OptionId::StrainBarTo,
-                                   OptionId::StrainBarStep, context);
+CurveRange curveRange(model::ObjectKind kind, const base::ProfileFile& settings) {
+  const auto read = [&](OptionId from, OptionId to, OptionId step) {
+    return CurveRange{base::optionReal(settings, from), base::optionReal(settings, to),
+                      base::optionReal(settings, step)};
+  };
+  switch (kind) {
+    case model::ObjectKind::Solid:
+      return read(OptionId::StrainSolidFrom, OptionId::StrainSolidTo, OptionId::StrainSolidStep);
+    case model::ObjectKind::Bar:
+      return read(OptionId::StrainBarFrom, OptionId::StrainBarTo, OptionId::StrainBarStep);
+    case model::ObjectKind::Tendon:
+      return read(OptionId::StrainTendonFrom, OptionId::StrainTendonTo, OptionId::StrainTendonStep);
+    case model::ObjectKind::Beam:
+    case model::ObjectKind::AxialForce:
+      break;
+  }
+  throw base::InternalError(base::kImpossibleCase, "strains of a kind without a law");
 }
 
-std::vector<CurvePoint> stressStrainCurve(const model::TendonObject& row, const base::ProfileFile& settings,
+std::vector<CurvePoint> stressStrainCurve(const model::SolidObject& row, const CurveRange& range,
                                           materials::StressStrainContext& context) {
-  return sample<materials::TendonLaw>(row, settings, OptionId::StrainTendonFrom, OptionId::StrainTendonTo,
-                                      OptionId::StrainTendonStep, context);
+  return sample<materials::SolidLaw>(row, range, context);
+}
+
+std::vector<CurvePoint> stressStrainCurve(const model::BarObject& row, const CurveRange& range,
+                                          materials::StressStrainContext& context) {
+  return sample<materials::BarLaw>(row, range, context);
+}
+
+std::vector<CurvePoint> stressStrainCurve(const model::TendonObject& row, const CurveRange& range,
+                                          materials::StressStrainContext& context) {
+  return sample<materials::TendonLaw>(row, range, context);
 }
 
 }  // namespace torvik::analysis

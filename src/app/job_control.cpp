@@ -34,6 +34,15 @@ const char* const kPanelKeys[] = {"Beam Top", "Beam Bottom", "Status", "Mu"};
 
 }  // namespace
 
+JobControl::JobControl(MainWindow& window) : m_window(window) {
+  materials::StressStrainContext& context = window.program().context;
+  context.prompt = this;
+  context.report = [this](const std::string& caption, const std::string& text) {
+    showAll();
+    m_window.program().dialogs->information(QString::fromStdString(text), QString::fromStdString(caption));
+  };
+}
+
 void JobControl::mnuFileJob_Click(int index) {
   Program& program = m_window.program();
   QAction& button = m_window.toolAction("Pause");
@@ -134,11 +143,6 @@ void JobControl::startJob() {
     ViewSink views(m_windows);
     std::vector<analysis::Sink*> sinks = {&views};
     if (resultFile) sinks.push_back(resultFile.get());
-    program.context.prompt = this;
-    program.context.report = [this](const std::string& caption, const std::string& text) {
-      showAll();
-      m_window.program().dialogs->information(QString::fromStdString(text), QString::fromStdString(caption));
-    };
     m_sinceEvents.start();
     m_views = &views;
     m_resultFile = resultFile.get();
@@ -174,8 +178,10 @@ void JobControl::openResultWindows(const model::ObjectTables& job, const base::P
       {OptionId::ChartStress, ChartKind::Stress},
       {OptionId::ChartLoadDisplacement, ChartKind::LoadDisplacement},
       {OptionId::ChartMomentCurvature, ChartKind::MomentCurvature}};
+  const views::JobExtent extent{job.Solids.size(), job.Bars.size(), job.Tendons.size(),
+                                job.Beams.front().HalfSpanFiberNumber};
   for (const auto& [id, kind] : kCharts)
-    if (on(id)) openChart(kind, job);
+    if (on(id)) openChart(kind, extent);
 }
 
 void JobControl::openTable(views::TableKind kind, const model::ObjectTables& job) {
@@ -188,12 +194,20 @@ void JobControl::openTable(views::TableKind kind, const model::ObjectTables& job
   }
 }
 
-void JobControl::openChart(views::ChartKind kind, const model::ObjectTables& job) {
+views::ChartWindow& JobControl::openChart(views::ChartKind kind, const views::JobExtent& extent) {
   QPointer<views::ChartWindow>& slot = m_windows.charts[static_cast<std::size_t>(kind)];
-  const views::JobExtent extent{job.Solids.size(), job.Bars.size(), job.Tendons.size(),
-                                job.Beams.front().HalfSpanFiberNumber};
-  slot = new views::ChartWindow(m_window, static_cast<int>(kind), extent);
-  m_window.addChild(slot);
+  if (!slot || slot->isUnloaded()) {
+    slot = new views::ChartWindow(m_window, static_cast<int>(kind), extent);
+    m_window.addChild(slot);
+  } else {
+    m_window.activate(slot);
+  }
+  return *slot;
+}
+
+void JobControl::setBeamExtent(model::ObjectTables& job) {
+  analysis::SetBeamExtent(job, *this);
+  showPanels();
 }
 
 void JobControl::showSectionParameters() {

@@ -30,13 +30,18 @@ struct ResultWindows {
 /// that started it; the window lives on through `doEvents`.
 class JobControl : public analysis::Host, public materials::ConfinementPrompt {
  public:
-  explicit JobControl(MainWindow& window) : m_window(window) {}
+  /// Answers the questions of the materials from now on, within a job and outside.
+  explicit JobControl(MainWindow& window);
 
   /// @param index  0 Start, 1 Pause of the menu, 2 End, 3 Pause of the tool bar
   void mnuFileJob_Click(int index);
   /// The step box got the focus: a running job pauses while the user edits the step.
   void pauseForStepBox();
   void showSectionParameters();
+  /// Opens the chart of that kind, or brings the open one to the front.
+  views::ChartWindow& openChart(views::ChartKind kind, const views::JobExtent& extent = {});
+  /// `SetBeamExtent` of job tables, shown in the panels.
+  void setBeamExtent(model::ObjectTables& job);
 
   /// True while the solver stands on the stack, also after the user's End until it has come back.
   [[nodiscard]] bool isRunning() const { return m_running; }
@@ -63,7 +68,6 @@ class JobControl : public analysis::Host, public materials::ConfinementPrompt {
   void startJob();
   void openResultWindows(const model::ObjectTables& job, const base::ProfileFile& settings);
   void openTable(views::TableKind kind, const model::ObjectTables& job);
-  void openChart(views::ChartKind kind, const model::ObjectTables& job);
   void setRunning(bool pressed, const char* status);
   void showPanels();
   /// Before a box stops the job: what stands behind it is the present state.

@@ -455,6 +455,7 @@ void MainWindow::addChild(views::ChildWindow* child) {
 }
 
 void MainWindow::activate(views::ChildWindow* child) {
+  if (child->frame()->isMinimized()) child->frame()->showNormal();
   m_area->setActiveSubWindow(child->frame());
 }
 

@@ -57,6 +57,9 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void addChild(views::ChildWindow* child);
   void activate(views::ChildWindow* child);
   [[nodiscard]] QList<views::ChildWindow*> children() const;
+  /// Brings the tables up to what the open grids hold, which stay. @return false where a grid can not be
+  /// stored
+  [[nodiscard]] bool storeGrids();
   /// `mnuWindowAll_Click(2)`: unloads every child window.
   void closeAllChildren();
 
@@ -104,6 +107,8 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void mnuFileRecentPath_Click(int index);
   void mnuFilePrint_Click(int index);
   QPrinter& printer();
+  void mnuObjectChart_Click();
+  void mnuObjectFigure_Click();
   void mnuObjectSectionParameter_Click();
   void mnuWindowAll_Click(int index);
   void toggleBar(int index);

@@ -93,8 +93,8 @@ void MainWindow::buildMenus() {
   object.addSeparator();
   add(object, "mnuObjectSetDefault", -1, "Set &Default...", [] {});
   object.addSeparator();
-  add(object, "mnuObjectChart", -1, "C&hart", [] {});
-  add(object, "mnuObjectFigure", -1, "&Figure", [] {});
+  add(object, "mnuObjectChart", -1, "C&hart", [this] { mnuObjectChart_Click(); });
+  add(object, "mnuObjectFigure", -1, "&Figure", [this] { mnuObjectFigure_Click(); });
   add(object, "mnuObjectSectionParameter", -1, "Section &Parameter",
       [this] { mnuObjectSectionParameter_Click(); });
 
@@ -208,8 +208,7 @@ QAction& MainWindow::toolAction(const QString& key) const {
 }
 
 void MainWindow::setEnabled(const QString& name, int first, int last, bool on) {
-  static const QStringList kNotThereYet = {"mnuObjectSetting", "mnuObjectSetDefault", "mnuObjectChart",
-                                           "mnuObjectFigure"};
+  static const QStringList kNotThereYet = {"mnuObjectSetting", "mnuObjectSetDefault"};
   for (int i = first; i <= last; ++i) menuAction(name, i).setEnabled(on && !kNotThereYet.contains(name));
 }
 

@@ -8,7 +8,8 @@
 
 namespace torvik::app {
 
-/// Feeds the result windows that stand open. The data follow every call; the windows paint once a frame.
+/// Feeds the result windows that stand open at its construction: those that open later follow no job. The
+/// data follow every call; the windows paint once a frame.
 class ViewSink : public analysis::Sink {
  public:
   explicit ViewSink(const ResultWindows& windows) : m_windows(windows) {}
@@ -33,7 +34,7 @@ class ViewSink : public analysis::Sink {
   [[nodiscard]] views::ResultTable* table(views::TableKind kind) const;
   [[nodiscard]] views::ChartWindow* chart(views::ChartKind kind) const;
 
-  const ResultWindows& m_windows;
+  ResultWindows m_windows;
   std::optional<analysis::BeamResponse> m_beam;  ///< as of the last step's charts
   bool m_piecesWaiting = false;
 };

@@ -56,30 +56,12 @@ std::string stressStrainText(const std::string& path, const Request& request,
   context.report = [](const std::string& caption, const std::string& message) {
     throw base::InputError(caption + ": " + message);
   };
-  const auto curveOf = [&](const auto& rows) {
-    const auto& row = rows[static_cast<std::size_t>(name.number) - 1];
-    if (row.Type.empty()) throw base::InputError("No object type in the corrent row.");
-    if (row.Type == "File") {
-      if (row.File.empty()) throw base::InputError("No file name.");
-      if (!base::isFile(row.File)) throw base::InputError("File not found.");
-    }
-    return analysis::stressStrainCurve(row, settings, context);
-  };
-  std::vector<analysis::CurvePoint> points;
-  switch (name.kind) {
-    case model::ObjectKind::Solid:
-      points = curveOf(tables.Solids);
-      break;
-    case model::ObjectKind::Bar:
-      points = curveOf(tables.Bars);
-      break;
-    case model::ObjectKind::Tendon:
-      points = curveOf(tables.Tendons);
-      break;
-    case model::ObjectKind::Beam:
-    case model::ObjectKind::AxialForce:
-      throw base::InternalError(base::kImpossibleCase, "row without a law");
-  }
+  const auto points = analysis::withLawRow(
+      tables, name.kind, static_cast<std::size_t>(name.number) - 1, [&](const auto& row) {
+        if (const std::string missing = analysis::missingForCurve(row.Type, row.File); !missing.empty())
+          throw base::InputError(missing);
+        return analysis::stressStrainCurve(row, analysis::curveRange(name.kind, settings), context);
+      });
   std::string text = "Strain\tStress\n";
   for (const analysis::CurvePoint& point : points)
     text += numberText(point.strain, request.fullNumbers) + "\t" +

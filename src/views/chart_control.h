@@ -90,6 +90,9 @@ class ChartControl : public QWidget {
 
   /// @param colour  an invalid one stands for an automatic colour
   void setLineSeries(int firstColumn, PenStyle style, const QColor& colour);
+  /// A solid line round rectangles: thinner where their sides come close to one another.
+  void setOutlineSeries(int firstColumn, const QColor& colour);
+  /// Marks that overlap stand off against one another, until they are too many for that.
   /// @param size  height and width of a mark, in pixels
   void setMarkerSeries(int firstColumn, MarkerStyle style, int size, const QColor& colour);
   void setSeriesName(int firstColumn, const QString& name, PointName pointName);

@@ -59,6 +59,12 @@ class ChildWindow : public QWidget {
   virtual void undo() {}
   virtual void redo() {}
 
+  /// A command of the frame is about to run: what is being typed is taken over.
+  virtual void finishEditing() {}
+  /// Before every closing: puts what was edited where it belongs.
+  /// @return false where that can not be done, which the user has been told: the window stays
+  [[nodiscard]] virtual bool writeBack() { return true; }
+
   /// Runs once when the window stands in its frame, before it is shown: restores the layout, and takes away
   /// the Close command while a job runs.
   virtual void load();

@@ -39,6 +39,7 @@ class ScriptedDialogs : public Dialogs {
   QStringList filesToOpen;
   QString fileToSave;
   std::function<void(QPrinter&)> atPrinter;  ///< what the user sets; without it the dialogs are cancelled
+  QStringList inputs;                        ///< answers to input boxes, in their order; then Cancel
 
   void information(const QString& text, const QString&) override { m_log.append("box: " + text); }
   bool question(const QString& text, const QString&) override {
@@ -54,7 +55,10 @@ class ScriptedDialogs : public Dialogs {
   }
   bool setUpPage(QPrinter& printer) override { return atPrinter && (atPrinter(printer), true); }
   bool choosePrinter(QPrinter& printer) override { return atPrinter && (atPrinter(printer), true); }
-  QString input(const QString&, const QString&, const QString&) override { return {}; }
+  QString input(const QString&, const QString& caption, const QString&) override {
+    m_log.append("input: " + caption);
+    return inputs.isEmpty() ? QString() : inputs.takeFirst();
+  }
 
  private:
   QStringList& m_log;

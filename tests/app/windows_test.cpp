@@ -94,7 +94,9 @@ TEST_F(Windows, CommandsFollowTheRunState) {
       {"0110", "mnuFileJob1 mnuFileJob2 Toolbar1_Pause Toolbar1_End"},
       {"0111",
        "mnuEditEdit1 mnuEditEdit4 mnuEditGrid2 mnuWindowArrange0 mnuWindowArrange1 mnuWindowArrange2 "
-       "mnuWindowArrange4 mnuWindowAll0 mnuWindowAll1 Toolbar1_Copy mnuFilePrint1 Toolbar1_Print"},
+       "mnuWindowArrange4 mnuWindowAll0 mnuWindowAll1 Toolbar1_Copy mnuFilePrint1 Toolbar1_Print "
+       "mnuObjectChart "
+       "Toolbar1_Chart"},
       {"0001", "mnuWindowAll2"},
       {"1111",
        "mnuFilePrint0 mnuFileExit mnuToolBar0 mnuToolBar1 mnuToolResize mnuToolOption mnuHelpHelp0 "
@@ -104,7 +106,7 @@ TEST_F(Windows, CommandsFollowTheRunState) {
       {"0000",
        "mnuEditEdit0 mnuEditEdit2 mnuEditEdit3 mnuEditGrid0 mnuEditGrid1 mnuWindowArrange3 "
        "mnuObjectSetting0 mnuObjectSetting1 mnuObjectSetting2 mnuObjectSetting3 "
-       "mnuObjectSetting4 mnuObjectSetDefault mnuObjectChart mnuObjectFigure Toolbar1_Cut"}};
+       "mnuObjectSetting4 mnuObjectSetDefault mnuObjectFigure Toolbar1_Cut"}};
   const auto expectColumn = [&](int column) {
     ASSERT_EQ(static_cast<int>(state()), column);
     for (const auto& row : kRows)

@@ -19,23 +19,16 @@
 
 #include "analysis/models.h"
 #include "views/chart_control.h"
+#include "views/chart_plan.h"
 #include "views/chart_window.h"
 #include "views/fake_shell.h"
+#include "views/matrix_text.h"
 
 namespace torvik::views {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 const QColor kBlue(0, 0, 255);
-
-/// All cells: commas between those of a row, semicolons behind rows.
-std::string matrixOf(const ChartControl& chart) {
-  std::string text;
-  for (int row = 1; row <= chart.RowCount(); ++row)
-    for (int column = 1; column <= chart.ColumnCount(); ++column)
-      text += chart.Data(row, column) + (column < chart.ColumnCount() ? "," : ";");
-  return text;
-}
 
 /// A chart on the screen with a blue line, both axes from 0 to 4.
 class ChartTest : public ::testing::Test {
@@ -161,6 +154,21 @@ TEST_F(ChartTest, mouse_and_keys_move_a_passing_view) {
   EXPECT_EQ(shell.optionsTab, 4);
   QTest::mouseClick(&chart, Qt::RightButton);
   EXPECT_EQ(shell.popups, 1);
+}
+
+TEST_F(ChartTest, every_view_of_a_small_chart_shows_two_numbers_an_axis) {
+  ChartLayout layout;
+  layout.font.setPixelSize(16);
+  for (const QSize size : {QSize(150, 110), QSize(240, 160)})
+    for (int i = 0; i < 200; ++i) {
+      const double extent = 0.3 * std::pow(1.02, i);
+      const Interval shown{-7.3 + i * 0.31, -7.3 + i * 0.31 + extent};
+      layout.uniform = i % 2 == 0;
+      const Plan plan =
+          layout.plan(size, {shown, shown}, PassingView{Mapping{QRectF(0, 0, 60, 60), {shown, shown}}, {}});
+      for (const AxisPlan& axis : plan.axes)
+        EXPECT_GE(axis.labels.size() - axis.labels.count(QString()), 2) << size.width() << " " << i;
+    }
 }
 
 TEST_F(ChartTest, pictures_are_copied_saved_and_printed_without_the_read_out) {

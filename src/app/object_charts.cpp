@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/object_charts.h"
+
+#include <algorithm>
+
+#include "analysis/stress_strain_curve.h"
+#include "app/job_control.h"
+#include "app/main_window.h"
+#include "views/chart_control.h"
+#include "views/figures.h"
+#include "views/stress_strain_chart.h"
+
+namespace torvik::app {
+
+using views::ChartKind;
+
+namespace {
+
+/// The hourglass over a window, while it is drawn.
+class WaitCursor {
+ public:
+  explicit WaitCursor(QWidget& widget) : m_widget(widget) { m_widget.setCursor(Qt::WaitCursor); }
+  ~WaitCursor() { m_widget.unsetCursor(); }
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+
+ private:
+  QWidget& m_widget;
+};
+
+template <class Draw>
+void showFigure(JobControl& job, ChartKind kind, const Draw& draw) {
+  views::ChartControl& chart = job.openChart(kind).chart();
+  const WaitCursor wait(chart);
+  draw(chart);
+  chart.flushNow();
+}
+
+}  // namespace
+
+void showStressStrainCurve(MainWindow& window, JobControl& job, model::ObjectKind kind,
+                           const model::ObjectTables& oneRow) {
+  const std::string missing = analysis::withLawRow(
+      oneRow, kind, 0, [](const auto& row) { return analysis::missingForCurve(row.Type, row.File); });
+  if (!missing.empty()) {
+    window.showMessage(QString::fromStdString(missing));
+    return;
+  }
+  views::ChartWindow& chart = job.openChart(ChartKind::StressStrain);
+  views::drawStressStrainCurve(chart, kind, oneRow, window.readSettings(), window.program().context);
+}
+
+void rebuildResultCharts(JobControl& job, views::ResultTable& solver) {
+  for (const ChartKind kind : {ChartKind::MomentCurvature, ChartKind::LoadDisplacement})
+    views::redraw(job.openChart(kind), solver);
+}
+
+void showFigures(MainWindow& window, JobControl& job) {
+  if (!window.storeGrids()) return;
+  model::ObjectTables tables = model::BuildJobTables(window.program().document.tables).tables;
+  if (tables.Beams.empty() || tables.Solids.empty()) {
+    job.showMessage(std::string(model::kInsufficientObjects));
+    return;
+  }
+  job.setBeamExtent(tables);
+  showFigure(job, ChartKind::FigureBeam,
+             [&](views::ChartControl& chart) { views::drawBeam(chart, tables.Beams.front()); });
+  showFigure(job, ChartKind::FigureSection,
+             [&](views::ChartControl& chart) { views::drawSection(chart, tables); });
+}
+
+bool MainWindow::storeGrids() {
+  const QList<views::ChildWindow*> open = children();
+  return std::all_of(open.begin(), open.end(), [](views::ChildWindow* child) { return child->writeBack(); });
+}
+
+void MainWindow::mnuObjectChart_Click() {
+  if (auto* table = qobject_cast<views::TableWindow*>(m_active)) rebuildResultCharts(*m_job, table->table());
+}
+
+void MainWindow::mnuObjectFigure_Click() {
+  showFigures(*this, *m_job);
+}
+
+}  // namespace torvik::app
