@@ -9,9 +9,12 @@
 #include <QMdiSubWindow>
 #include <QMimeData>
 #include <QPrinter>
+#include <QRegion>
 #include <QScreen>
 #include <QToolBar>
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 #include "app/job_control.h"
 #include "app/start_up.h"
@@ -55,6 +58,14 @@ QString shownPath(const std::string& path) {
 /// A menu entry shows text as it stands.
 QString withoutMnemonics(QString text) {
   return text.replace('&', "&&");
+}
+
+/// The rectangle moved into `area`, and made smaller where it is larger than that.
+QRect within(QRect place, const QRect& area) {
+  place.setSize(place.size().boundedTo(area.size()).expandedTo({1, 1}));
+  place.moveLeft(std::clamp(place.left(), area.left(), area.right() + 1 - place.width()));
+  place.moveTop(std::clamp(place.top(), area.top(), area.bottom() + 1 - place.height()));
+  return place;
 }
 
 }  // namespace
@@ -215,16 +226,18 @@ void MainWindow::RestoreWindowLayout(const base::ProfileFile& settings) {
   const double width = screenArea.width();
   const double height = screenArea.height();
   const auto read = [&](const char* key, double defaultValue) {
-    return qRound(settings.ProfileGetSingle(kSection, key, static_cast<float>(defaultValue)));
+    constexpr float kFar = 1e6F;  // beyond every screen
+    return qRound(
+        std::clamp(settings.ProfileGetSingle(kSection, key, static_cast<float>(defaultValue)), -kFar, kFar));
   };
-  QRect place(read("Left", width * 0.3 / 2), read("Top", height * 0.3 / 2), read("Width", width * 0.7),
-              read("Height", height * 0.7));
-  // A place that the present screens do not show (a screen was taken away) is of no use.
+  const QRect stored(read("Left", width * 0.3 / 2), read("Top", height * 0.3 / 2), read("Width", width * 0.7),
+                     read("Height", height * 0.7));
+  // A place that the present screens do not show whole (another screen was there) is moved into one of them.
   const QList<QScreen*> screens = QGuiApplication::screens();
-  const bool visible = std::any_of(screens.begin(), screens.end(), [&](const QScreen* s) {
-    return s->availableGeometry().intersects(place);
-  });
-  if (!visible) place.moveCenter(screenArea.center());
+  const QRegion shown =
+      std::accumulate(screens.begin(), screens.end(), QRegion(),
+                      [](const QRegion& sum, const QScreen* s) { return sum | s->availableGeometry(); });
+  const QRect place = QRegion(stored).subtracted(shown).isEmpty() ? stored : within(stored, screenArea);
   const int state = settings.ProfileGetInt(kSection, "State", 0);
   m_restoringLayout = true;
   setWindowState(Qt::WindowNoState);
@@ -368,12 +381,21 @@ void MainWindow::openPaths(const QStringList& paths) {
 bool MainWindow::openFile(const std::string& path) {
   bool read = false;
   guarded("Open", [&] {
+    model::Document& document = m_program.document;
+    const bool saved = std::exchange(document.SavedFlag, false);
+    const QString caption = windowTitle();
     try {
-      read = model::ReadInputFile(m_program.document, *this, path);
+      read = model::ReadInputFile(document, *this, path);
+      if (!read) document.SavedFlag = saved;
     } catch (...) {
+      if (!document.SavedFlag) {  // set as soon as the tables are touched
+        document.SavedFlag = saved;
+        setWindowTitle(caption);
+        throw;
+      }
       // The tables hold what was read up to the fault: a Save must not put that over the user's file.
-      m_program.document.currentFile.clear();
-      m_program.document.SavedFlag = false;
+      document.currentFile.clear();
+      document.SavedFlag = false;
       setWindowTitle(title() + " - (New File)");
       throw;
     }

@@ -10,6 +10,10 @@ namespace torvik::app {
 
 namespace {
 
+constexpr int kMargin = 2;      // of a panel, left and right
+constexpr int kSpacing = 4;     // between caption and value
+constexpr int kBarSpacing = 8;  // between panels
+
 /// The keyboard's Num Lock light, where the system shows it: "NUM", else empty.
 QString numLockText() {
   const QDir leds("/sys/class/leds");
@@ -46,8 +50,8 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
 void StatusPanels::addPanel(const QString& key, const QString& caption, const QString& widest) {
   auto* panel = new QWidget;
   auto* layout = new QHBoxLayout(panel);
-  layout->setContentsMargins(2, 0, 2, 0);
-  layout->setSpacing(4);
+  layout->setContentsMargins(kMargin, 0, kMargin, 0);
+  layout->setSpacing(kSpacing);
   panel->setToolTip(key);
   if (!caption.isEmpty()) {
     auto* title = new QLabel(caption);
@@ -59,8 +63,8 @@ void StatusPanels::addPanel(const QString& key, const QString& caption, const QS
                                                 (text.green() * 3 + ground.green() * 2) / 5,
                                                 (text.blue() * 3 + ground.blue() * 2) / 5));
     title->setPalette(quiet);
-    title->setMinimumWidth(0);  // where room is short the captions give way to the values
     layout->addWidget(title);
+    m_panels[key].caption = title;
   }
   auto* label = new QLabel;
   label->setFont(font());
@@ -71,16 +75,48 @@ void StatusPanels::addPanel(const QString& key, const QString& caption, const QS
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
   layout->addWidget(label, 1);
   addPermanentWidget(panel, key == "Space1" ? 1 : 0);
-  m_labels.insert(key, label);
+  m_panels[key].value = label;
+}
+
+void StatusPanels::resizeEvent(QResizeEvent* event) {
+  QStatusBar::resizeEvent(event);
+  // A value that is cut would read as another number: what matters least goes whole, the captions first.
+  static const QStringList kLeaving = {"Num Lock", "Time",           "Date",  "Beam Bottom",
+                                       "Beam Top", "Max. Iteration", "Count", "Mu"};
+  bool withCaptions = true;
+  qsizetype gone = 0;
+  const auto isGone = [&](const QString& key) {
+    const qsizetype place = kLeaving.indexOf(key);
+    return place >= 0 && place < gone;
+  };
+  const auto needed = [&] {
+    int sum = height();  // of the size grip
+    for (auto panel = m_panels.cbegin(); panel != m_panels.cend(); ++panel) {
+      if (isGone(panel.key())) continue;
+      sum += panel->value->minimumWidth() + 2 * kMargin + kBarSpacing;
+      if (withCaptions && panel->caption) sum += panel->caption->sizeHint().width() + kSpacing;
+    }
+    return sum;
+  };
+  while (needed() > width() && gone < kLeaving.size()) {
+    if (withCaptions)
+      withCaptions = false;
+    else
+      ++gone;
+  }
+  for (auto panel = m_panels.cbegin(); panel != m_panels.cend(); ++panel) {
+    panel->value->parentWidget()->setVisible(!isGone(panel.key()));
+    if (panel->caption) panel->caption->setVisible(withCaptions);
+  }
 }
 
 void StatusPanels::setPanel(const QString& key, const QString& text) {
-  QLabel* label = m_labels.value(key);
+  QLabel* label = m_panels.value(key).value;
   if (label && label->text() != text) label->setText(text);
 }
 
 QString StatusPanels::panel(const QString& key) const {
-  const QLabel* label = m_labels.value(key);
+  const QLabel* label = m_panels.value(key).value;
   return label ? label->text() : QString();
 }
 

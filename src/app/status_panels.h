@@ -24,11 +24,19 @@ class StatusPanels : public QStatusBar {
   /// The panels do not keep the frame from becoming narrow.
   [[nodiscard]] QSize minimumSizeHint() const override { return {0, QStatusBar::minimumSizeHint().height()}; }
 
+ protected:
+  /// Where room is short, captions and then whole panels leave.
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void addPanel(const QString& key, const QString& caption, const QString& widest);
   void showClock();
 
-  QHash<QString, QLabel*> m_labels;
+  struct Panel {
+    QLabel* caption = nullptr;  ///< null where the panel has none
+    QLabel* value = nullptr;
+  };
+  QHash<QString, Panel> m_panels;
   QTimer m_clock;
 };
 

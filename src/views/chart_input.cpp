@@ -84,6 +84,7 @@ void ChartControl::mousePressEvent(QMouseEvent* event) {
     m_impl->pressed = event->position();
     m_impl->shownAtPress = m_impl->mapping();
   } else if (event->button() == Qt::RightButton) {
+    m_impl->setPointer(std::nullopt);  // it leaves the chart for the menu
     emit menuRequested(event->globalPosition().toPoint());
   }
 }

@@ -14,6 +14,7 @@
 #include "base/errors.h"
 #include "base/files.h"
 #include "base/number_text.h"
+#include "base/title.h"
 #include "views/chart_control.h"
 
 namespace torvik::views {
@@ -73,7 +74,7 @@ ChartWindow::ChartWindow(Shell& shell, int kind, const JobExtent& extent)
   m_automaticScale = new QAction(tr("Automatic &Scale") + "\tHome", this);
   m_automaticScale->setObjectName("mnuChartAutomaticScale");
   m_automaticScale->setEnabled(false);
-  m_savePicture = new QAction(tr("Save Picture &As..."), this);
+  m_savePicture = new QAction(tr("Sa&ve Picture As..."), this);
   m_savePicture->setObjectName("mnuChartSavePicture");
   connect(m_automaticScale, &QAction::triggered, m_chart, &ChartControl::resetView);
   connect(m_chart, &ChartControl::passingViewChanged, m_automaticScale, &QAction::setEnabled);
@@ -270,8 +271,9 @@ void ChartWindow::setPieces(std::span<const double> place, std::span<const doubl
 }
 
 void ChartWindow::savePicture() {
+  const QString kind = windowTitle().section(" - ", 1).replace('/', '_');  // of "Chart - Moment-Curvature"
   const QString path =
-      shell().askSaveFile(tr("Save Picture As"), windowTitle() + ".png",
+      shell().askSaveFile(QString(base::kTitle) + " - Save Picture As", kind + ".png",
                           tr("Pictures (*.png);;Vector Pictures (*.svg);;Documents (*.pdf)"));
   if (path.isEmpty()) return;
   const QString lower = path.toLower();

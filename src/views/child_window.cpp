@@ -67,9 +67,8 @@ void ChildWindow::setClosable(bool closable) {
   m_closable = closable;
   QMdiSubWindow* subWindow = frame();
   if (!subWindow) return;
-  subWindow->setStyle(closable ? nullptr : new WithoutCloseButton(subWindow));
-  showMenuBarButtons();
-  connect(subWindow, &QMdiSubWindow::windowStateChanged, this, &ChildWindow::showMenuBarButtons,
+  showButtons();
+  connect(subWindow, &QMdiSubWindow::windowStateChanged, this, &ChildWindow::showButtons,
           Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
   if (QMenu* menu = subWindow->systemMenu())
     for (QAction* action : menu->actions())
@@ -79,7 +78,13 @@ void ChildWindow::setClosable(bool closable) {
       }
 }
 
-void ChildWindow::showMenuBarButtons() {
+void ChildWindow::showButtons() {
+  // A new style restores and activates a minimized window: that one gets its buttons when the user restores
+  // it.
+  if (frame() && !frame()->isMinimized() && m_hasCloseButton != m_closable) {
+    m_hasCloseButton = m_closable;
+    frame()->setStyle(m_closable ? nullptr : new WithoutCloseButton(frame()));
+  }
   const auto* mainWindow = qobject_cast<QMainWindow*>(window());
   if (!mainWindow || !frame() || !frame()->isMaximized()) return;
   if (QWidget* buttons = mainWindow->menuBar()->cornerWidget(Qt::TopRightCorner))

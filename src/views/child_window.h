@@ -91,12 +91,14 @@ class ChildWindow : public QWidget {
   void popupMenuAt(const QPoint& globalPosition);
 
  private:
-  /// The buttons that a maximized child has at the end of the menu bar follow `isClosable`.
-  void showMenuBarButtons();
+  /// The buttons of the frame, and those that a maximized child has at the end of the menu bar, follow
+  /// `isClosable`.
+  void showButtons();
 
   Shell& m_shell;
   QString m_tag;
   bool m_closable = true;
+  bool m_hasCloseButton = true;
   bool m_unloaded = false;
 };
 

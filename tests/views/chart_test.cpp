@@ -192,7 +192,7 @@ TEST_F(ChartTest, pictures_are_copied_saved_and_printed_without_the_read_out) {
   EXPECT_EQ(QApplication::clipboard()->image(), before);
   EXPECT_EQ(before.size(), chart.size() * 2);
   EXPECT_TRUE(has(QImage::fromData(saved("a.png"), "PNG"), 1.5, 1.5));
-  EXPECT_EQ(shell.proposal, "Chart - Moment-Curvature.png");
+  EXPECT_EQ(shell.proposal, "Moment-Curvature.png");
   EXPECT_GT(saved("a.SVG").size(), emptySvg + 1000);
   EXPECT_GT(saved("a.pdf").size(), emptyPdf + 200);
   // Without a known ending it becomes a PNG, but never over another file.
