@@ -112,7 +112,7 @@ void JobControl::pauseForStepBox() {
 void JobControl::startJob() {
   Program& program = m_window.program();
   const base::ProfileFile settings = m_window.readSettings();
-  m_window.closeAllChildren();
+  if (!m_window.closeAllChildren()) return;
   model::JobTables job = model::BuildJobTables(program.document.tables);
   if (!job.hasBeam() || !job.hasSection()) {
     showMessage(std::string(model::kInsufficientObjects));

@@ -99,7 +99,9 @@ MainWindow::MainWindow(Program& program) : m_program(program) {
   m_clipboardTimer.start(kClipboardInterval);
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+  m_area->disconnect(this);  // it goes later than what its signals would set
+}
 
 void MainWindow::guarded(const QString& doing, const std::function<void()>& command) {
   try {
@@ -177,7 +179,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   if (m_options) m_options->close();
-  closeAllChildren();
+  if (!closeAllChildren()) {
+    event->ignore();
+    return;
+  }
   changeSettings([this](base::ProfileFile& settings) {
     SaveWindowLayout(settings);
     m_recent.save(settings);
@@ -297,8 +302,8 @@ void MainWindow::showHelp(const QString& topic) {
   m_help->showTopic(topic);
 }
 
-void MainWindow::showMessage(const QString& text) {
-  m_program.dialogs->information(text, title());
+void MainWindow::showMessage(const QString& text, const QString& caption) {
+  m_program.dialogs->information(text, caption.isEmpty() ? title() : caption);
 }
 
 QString MainWindow::askSaveFile(const QString& caption, const QString& proposal, const QString& filter) {
@@ -326,27 +331,23 @@ void MainWindow::mnuFileManage_Click(int index) {
   const std::string& file = m_program.document.currentFile;
   switch (index) {
     case 0:
-      if (!mayDropEdits("Create a file ?")) return;
-      closeAllChildren();
+      if (!mayDropEdits("Create a file ?") || !closeAllChildren()) return;
       NewDocument();
       return;
     case 1:
-      if (!mayDropEdits("Open a file ?")) return;
-      closeAllChildren();
+      if (!mayDropEdits("Open a file ?") || !closeAllChildren()) return;
       openPaths(m_program.dialogs->openFiles(title() + " - Open", kFilter));
       return;
     case 2:
       if (!file.empty()) {
-        closeAllChildren();
-        saveTo(file);
+        if (closeAllChildren()) saveTo(file);
         return;
       }
       [[fallthrough]];
     case 3: {
       const QString path =
           m_program.dialogs->saveFile(title() + " - Save As", shownPath(file), kFilter, "inp");
-      if (path.isEmpty()) return;
-      closeAllChildren();
+      if (path.isEmpty() || !closeAllChildren()) return;
       saveTo(nativePath(path));
       return;
     }
@@ -432,8 +433,7 @@ void MainWindow::showRecentPaths() {
 }
 
 void MainWindow::mnuFileRecentPath_Click(int index) {
-  if (!mayDropEdits("Open a file ?")) return;
-  closeAllChildren();
+  if (!mayDropEdits("Open a file ?") || !closeAllChildren()) return;
   const std::string path = m_recent.entry(index);  // a copy: opening moves the slots
   openFile(path);
 }
@@ -451,8 +451,9 @@ void MainWindow::dropEvent(QDropEvent* event) {
       paths.push_back(nativePath(url.toLocalFile()));
   // Behind the event: the other program waits until the drop is taken.
   QTimer::singleShot(0, this, [this, paths] {
-    if (m_job->isRunning() || paths.empty() || !mayDropEdits("Open a file ?")) return;
-    closeAllChildren();
+    if (m_job->isRunning() || paths.empty()) return;
+    for (views::ChildWindow* child : children()) child->finishEditing();
+    if (!mayDropEdits("Open a file ?") || !closeAllChildren()) return;
     for (const std::string& path : paths) {
       if (openFile(path)) guarded("Start", [this] { m_job->mnuFileJob_Click(0); });
       if (m_closeWhenJobIsOver) return;
@@ -489,13 +490,15 @@ QList<views::ChildWindow*> MainWindow::children() const {
   return found;
 }
 
-void MainWindow::closeAllChildren() {
-  for (views::ChildWindow* child : children()) child->closeNow();
+bool MainWindow::closeAllChildren() {
+  bool closed = true;
+  for (views::ChildWindow* child : children()) closed = child->closeNow() && closed;
+  return closed;
 }
 
 void MainWindow::mnuWindowAll_Click(int index) {
   if (index == 2) {
-    closeAllChildren();
+    (void)closeAllChildren();
     return;
   }
   for (QMdiSubWindow* window : m_area->subWindowList()) {
@@ -504,10 +507,6 @@ void MainWindow::mnuWindowAll_Click(int index) {
     else
       window->showNormal();
   }
-}
-
-void MainWindow::mnuObjectSectionParameter_Click() {
-  m_job->showSectionParameters();
 }
 
 // ---- Step box

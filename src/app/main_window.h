@@ -18,6 +18,7 @@
 #include "app/program.h"
 #include "app/recent_paths.h"
 #include "app/status_panels.h"
+#include "grid/grid_window.h"
 #include "views/child_window.h"
 #include "views/shell.h"
 
@@ -61,7 +62,13 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   /// stored
   [[nodiscard]] bool storeGrids();
   /// `mnuWindowAll_Click(2)`: unloads every child window.
-  void closeAllChildren();
+  /// @return false where one can not be closed without loss, which the user has been told: no command that
+  ///         reads or replaces the model may go on
+  [[nodiscard]] bool closeAllChildren();
+  /// The open grid of the kind; null where there is none.
+  [[nodiscard]] grid::GridWindow* gridOf(model::ObjectKind kind) const;
+  /// The grid that commands act on; null where the active child is none.
+  [[nodiscard]] grid::GridWindow* activeGrid() const;
 
   // views::Shell
   [[nodiscard]] analysis::RunState runState() const override { return m_program.run.state; }
@@ -72,7 +79,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void childDeactivated(views::ChildWindow& child) override;
   void popupEditMenu(views::ChildWindow& child, const QPoint& globalPosition) override;
   void openOptions(int tab) override;
-  void showMessage(const QString& text) override;
+  void showMessage(const QString& text, const QString& caption = {}) override;
   QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) override;
   QString askOpenFile(const QString& caption, const QString& proposal, const QString& filter,
                       const QString& defaultExtension) override;
@@ -109,6 +116,10 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   QPrinter& printer();
   void mnuObjectChart_Click();
   void mnuObjectFigure_Click();
+  void mnuObjectSetting_Click(int index);
+  void addSolids(grid::GridWindow& grid);
+  void addDefaultRow(grid::GridWindow& grid);
+  void mnuObjectSetDefault_Click();
   void mnuObjectSectionParameter_Click();
   void mnuWindowAll_Click(int index);
   void toggleBar(int index);

@@ -18,6 +18,10 @@ namespace torvik::app {
 
 using analysis::RunState;
 
+namespace {
+const char* const kObjects[] = {"Bea&m", "&Solid", "&Bar", "&Tendon", "&Axial Force"};
+}
+
 QAction* MainWindow::add(QMenu& menu, const QString& name, int index, const QString& caption,
                          std::function<void()> command, const QKeySequence& shortcut) {
   QAction* action = menu.addAction(caption);
@@ -27,12 +31,16 @@ QAction* MainWindow::add(QMenu& menu, const QString& name, int index, const QStr
   const QString doing = QString(caption).remove('&').remove("...");
   // Between the user's End and the solver's next yield the run state is over, but the solver still stands on
   // the stack: what could change the model has to wait.
-  static const QStringList kWithoutSolver = {"mnuFileManage", "mnuFileRecentPath",
+  static const QStringList kWithoutSolver = {"mnuFileManage", "mnuFileRecentPath", "mnuObjectSetting",
                                              "mnuObjectSectionParameter"};
   const bool waits = kWithoutSolver.contains(name) || (name == "mnuFileJob" && index == 0) ||
                      (name == "mnuWindowAll" && index == 2);
   connect(action, &QAction::triggered, this, [this, doing, waits, command = std::move(command)] {
-    if (!waits || !m_job->isRunning()) guarded(doing, command);
+    if (waits && m_job->isRunning()) return;
+    guarded(doing, [&] {
+      for (views::ChildWindow* child : children()) child->finishEditing();
+      command();
+    });
   });
   return action;
 }
@@ -76,6 +84,12 @@ void MainWindow::buildMenus() {
     };
   };
   using views::ChildWindow;
+  add(*m_editMenu, "mnuEditUndo", -1, "&Undo", onActive(&ChildWindow::undo), Key("Ctrl+Z"))
+      ->setIcon(QIcon(":/icons/undo.svg"));
+  QAction* const redo = add(*m_editMenu, "mnuEditRedo", -1, "&Redo", onActive(&ChildWindow::redo));
+  redo->setIcon(QIcon(":/icons/redo.svg"));
+  redo->setShortcuts({Key("Ctrl+Shift+Z"), Key("Ctrl+Y")});
+  m_editMenu->addSeparator();
   add(*m_editMenu, "mnuEditEdit", 0, "Cu&t", onActive(&ChildWindow::cut), Key::Cut);
   add(*m_editMenu, "mnuEditEdit", 1, "&Copy", onActive(&ChildWindow::copy), Key::Copy);
   add(*m_editMenu, "mnuEditEdit", 2, "&Paste", onActive(&ChildWindow::paste), Key::Paste);
@@ -86,12 +100,11 @@ void MainWindow::buildMenus() {
   add(*m_editMenu, "mnuEditGrid", 1, "&Remove a Row", onActive(&ChildWindow::removeRows));
   add(*m_editMenu, "mnuEditGrid", 2, "Original Column &Width", onActive(&ChildWindow::originalColumnWidth));
 
-  // The windows behind these entries are not there yet; `setEnabled` keeps them off.
   QMenu& object = *menuBar()->addMenu("&Object");
-  const char* const kObjects[] = {"Bea&m", "&Solid", "&Bar", "&Tendon", "&Axial Force"};
-  for (int i = 0; i < 5; ++i) add(object, "mnuObjectSetting", i, kObjects[i], [] {});
+  for (int i = 0; i < model::kObjectKinds; ++i)
+    add(object, "mnuObjectSetting", i, kObjects[i], [this, i] { mnuObjectSetting_Click(i); });
   object.addSeparator();
-  add(object, "mnuObjectSetDefault", -1, "Set &Default...", [] {});
+  add(object, "mnuObjectSetDefault", -1, "Set &Default...", [this] { mnuObjectSetDefault_Click(); });
   object.addSeparator();
   add(object, "mnuObjectChart", -1, "C&hart", [this] { mnuObjectChart_Click(); });
   add(object, "mnuObjectFigure", -1, "&Figure", [this] { mnuObjectFigure_Click(); });
@@ -208,8 +221,7 @@ QAction& MainWindow::toolAction(const QString& key) const {
 }
 
 void MainWindow::setEnabled(const QString& name, int first, int last, bool on) {
-  static const QStringList kNotThereYet = {"mnuObjectSetting", "mnuObjectSetDefault"};
-  for (int i = first; i <= last; ++i) menuAction(name, i).setEnabled(on && !kNotThereYet.contains(name));
+  for (int i = first; i <= last; ++i) menuAction(name, i).setEnabled(on);
 }
 
 void MainWindow::RefreshCommandState() {
@@ -227,6 +239,8 @@ void MainWindow::RefreshCommandState() {
     setEnabled("mnuFilePrint", 0, 0, true);
     setEnabled("mnuFilePrint", 1, 1, false);
     setEnabled("mnuFileExit", -1, -1, true);
+    setEnabled("mnuEditUndo", -1, -1, false);
+    setEnabled("mnuEditRedo", -1, -1, false);
     setEnabled("mnuEditEdit", 0, 4, false);
     setEnabled("mnuEditGrid", 0, 2, false);
     setEnabled("mnuObjectSetDefault", -1, -1, false);
@@ -258,6 +272,8 @@ void MainWindow::applyChildCommands() {
   const views::ChildCommands on = active ? m_active->commands() : views::ChildCommands{};
   const bool idle = runState() == RunState::AtRest || runState() == RunState::Over;
   setEnabled("mnuFilePrint", 1, 1, on.print);
+  setEnabled("mnuEditUndo", -1, -1, on.undo);
+  setEnabled("mnuEditRedo", -1, -1, on.redo);
   setEnabled("mnuEditEdit", 0, 0, on.cut);
   setEnabled("mnuEditEdit", 1, 1, on.copy);
   setEnabled("mnuEditEdit", 2, 2, on.paste);
@@ -266,6 +282,9 @@ void MainWindow::applyChildCommands() {
   setEnabled("mnuEditGrid", 0, 0, on.insertRow);
   setEnabled("mnuEditGrid", 1, 1, on.removeRow);
   setEnabled("mnuEditGrid", 2, 2, on.originalColumnWidth);
+  for (int i = 0; i < model::kObjectKinds; ++i)
+    menuAction("mnuObjectSetting", i)
+        .setText(on.addsDefault == i ? QString("Add Default ") + kObjects[i] : QString(kObjects[i]));
   setEnabled("mnuObjectSetDefault", -1, -1, on.setDefault);
   setEnabled("mnuObjectChart", -1, -1, on.chart);
   setEnabled("mnuObjectFigure", -1, -1, on.figure);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/object_charts.h"
 
-#include <algorithm>
-
 #include "analysis/stress_strain_curve.h"
 #include "app/job_control.h"
 #include "app/main_window.h"
@@ -67,19 +65,6 @@ void showFigures(MainWindow& window, JobControl& job) {
              [&](views::ChartControl& chart) { views::drawBeam(chart, tables.Beams.front()); });
   showFigure(job, ChartKind::FigureSection,
              [&](views::ChartControl& chart) { views::drawSection(chart, tables); });
-}
-
-bool MainWindow::storeGrids() {
-  const QList<views::ChildWindow*> open = children();
-  return std::all_of(open.begin(), open.end(), [](views::ChildWindow* child) { return child->writeBack(); });
-}
-
-void MainWindow::mnuObjectChart_Click() {
-  if (auto* table = qobject_cast<views::TableWindow*>(m_active)) rebuildResultCharts(*m_job, table->table());
-}
-
-void MainWindow::mnuObjectFigure_Click() {
-  showFigures(*this, *m_job);
 }
 
 }  // namespace torvik::app

@@ -96,12 +96,10 @@ void ChildWindow::load() {
   if (m_shell.runState() == analysis::RunState::Running) setClosable(false);
 }
 
-void ChildWindow::closeNow() {
+bool ChildWindow::closeNow() {
   m_closable = true;
-  if (QMdiSubWindow* subWindow = frame())
-    subWindow->close();
-  else
-    close();
+  QMdiSubWindow* subWindow = frame();
+  return subWindow ? subWindow->close() : close();
 }
 
 void ChildWindow::saveLayout(base::ProfileFile& settings) const {
@@ -121,7 +119,7 @@ void ChildWindow::restoreLayout(const base::ProfileFile& settings) {
 }
 
 void ChildWindow::closeEvent(QCloseEvent* event) {
-  if (!m_closable) {
+  if (!m_closable || (!m_unloaded && !writeBack())) {
     event->ignore();
     return;
   }

@@ -68,7 +68,7 @@ class ChildWindow : public QWidget {
   /// Runs once when the window stands in its frame, before it is shown: restores the layout, and takes away
   /// the Close command while a job runs.
   virtual void load();
-  /// Runs once when the window is closed for good: save layout and widths, write back.
+  /// Runs once when the window is closed for good: save layout and widths.
   virtual void unload() {}
 
   /// Whether the user may close the window. The frame takes away the close button and menu entry where not.
@@ -77,8 +77,8 @@ class ChildWindow : public QWidget {
 
   /// True from its closing on; the object itself goes when the program is back in its event loop.
   [[nodiscard]] bool isUnloaded() const { return m_unloaded; }
-  /// Closes it whether or not the user may.
-  void closeNow();
+  /// Closes it whether or not the user may. @return false where `writeBack` kept it
+  bool closeNow();
 
   /// `SaveWindowLayout` and `RestoreWindowLayout` of a child: its window state, in the section of its name.
   void saveLayout(base::ProfileFile& settings) const;

@@ -39,9 +39,10 @@ class Shell {
   /// Opens the options dialog on the page of the last time; @param tab 1-based, 0 leaves the stored one
   virtual void openOptions(int tab) = 0;
 
-  /// A message box with the information icon and the title as caption, and a file dialog for saving.
-  virtual void showMessage(const QString& text) = 0;
-  /// @param filter  in the toolkit's form. @return the chosen path; empty where it was cancelled
+  /// A message box with the information icon. @param caption  empty: the title
+  virtual void showMessage(const QString& text, const QString& caption = {}) = 0;
+  /// A file to write. @param filter  in the toolkit's form. @return the chosen path; empty where it was
+  /// cancelled
   virtual QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) = 0;
   /// One existing file. @param proposal  a name, or "*." and an extension for none
   /// @param defaultExtension  without its dot

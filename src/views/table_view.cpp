@@ -78,7 +78,7 @@ QString hyphenated(const QString& text) {
   QStringList words = text.split(QLatin1Char(' '));
   for (QString& word : words) {
     if (word.size() < kLongWord) continue;
-    for (const char* const ending : {"ment", "sion", "ture"})
+    for (const char* const ending : {"ing", "ment", "ric", "sion", "tion", "ture"})
       word.replace(QLatin1String(ending), QChar(QChar::SoftHyphen) + QLatin1String(ending));
   }
   return words.join(QLatin1Char(' '));

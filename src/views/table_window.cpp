@@ -45,7 +45,7 @@ TableWindow::TableWindow(Shell& shell, TableKind kind, const model::ObjectTables
   m_fitColumns->setObjectName(QStringLiteral("mnuTableFitColumns"));
   connect(m_saveTableAs, &QAction::triggered, this, &TableWindow::saveTableAs);
   connect(m_fitColumns, &QAction::triggered, this, &TableWindow::fitAllColumns);
-  connect(m_view, &TableView::copiedByKeyboard, this, &TableWindow::copiedByKeyboard);
+  connect(m_view, &TableView::copiedByKeyboard, this, [this] { this->shell().PasteOnEnter = true; });
 }
 
 ChildCommands TableWindow::commands() const {

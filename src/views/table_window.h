@@ -36,10 +36,6 @@ class TableWindow : public ChildWindow {
 
   [[nodiscard]] QSize sizeHint() const override;
 
- signals:
-  /// The selection was copied with Ctrl+Insert.
-  void copiedByKeyboard();
-
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;

@@ -59,7 +59,7 @@ TEST_F(OptionsInTheWindow, OutliveTheirChartAndCloseWithTheFrame) {
   openWith(smallBeam());
   trigger("mnuFileJob0");
   trigger("mnuToolOption");
-  window->closeAllChildren();
+  ASSERT_TRUE(window->closeAllChildren());
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   click("Command1_0");
   QTest::qWait(1);

@@ -32,7 +32,9 @@ class FakeShell : public Shell {
   void childDeactivated(ChildWindow&) override {}
   void popupEditMenu(ChildWindow&, const QPoint&) override { ++popups; }
   void openOptions(int tab) override { optionsTab = tab; }
-  void showMessage(const QString& text) override { messages.append(text); }
+  void showMessage(const QString& text, const QString& caption) override {
+    messages.append(caption.isEmpty() ? text : caption + ": " + text);
+  }
   QString askSaveFile(const QString&, const QString& proposed, const QString&) override {
     proposal = proposed;
     return saveAnswer;

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QMenu>
+
+#include "app/window_fixture.h"
+#include "views/table_view.h"
+
+namespace torvik::app {
+namespace {
+
+using model::ObjectKind;
+
+class Grids : public WindowTest {
+ protected:
+  /// Opens the bars and types 440 over the 450 of the first row's depth; the editor stays open.
+  void typeADepth() {
+    if (!window->gridOf(ObjectKind::Bar)) trigger("mnuObjectSetting2");
+    auto* const view = window->activeGrid()->findChild<views::TableView*>("MSFlexGrid1");
+    view->selectCells({0, 7, 0, 7});
+    view->setFocus();
+    for (const char key : {'4', '4', '0'}) QTest::keyClick(QApplication::focusWidget(), key);
+    ASSERT_EQ(QApplication::focusWidget()->objectName(), "Text1");
+  }
+  void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+  }
+  [[nodiscard]] double depth() const { return program.document.tables.Bars.at(0).Depth; }
+  [[nodiscard]] std::string caption(int kind) const {
+    return action("mnuObjectSetting" + QString::number(kind)).text().toStdString();
+  }
+};
+
+TEST_F(Grids, NothingTypedIsLostWhateverCommandComes) {
+  const auto readBy = [this](const char* command) {  // the grid stays open
+    trigger(command);
+    EXPECT_EQ(depth(), 440);
+    trigger("mnuWindowAll2");
+  };
+  const struct {
+    const char* name;
+    std::function<void()> way;
+    bool keepsTables;  ///< the model is the same one afterwards
+  } kRows[] = {
+      {"Save", [&] { press(Qt::Key_S, Qt::ControlModifier); }, true},
+      {"Save As",
+       [&] { dialogs.fileToSave = QString::fromStdString(path("b.inp")), trigger("mnuFileManage3"); }, true},
+      {"Start", [&] { press(Qt::Key_F5); }, true},
+      {"Close All", [&] { trigger("mnuWindowAll2"); }, true},
+      {"Section Parameter", [&] { readBy("mnuObjectSectionParameter"); }, true},
+      {"Figure", [&] { readBy("mnuObjectFigure"); }, true},
+      {"Child's close", [&] { window->activeGrid()->frame()->close(); }, true},
+      {"Quit, refused", [&] { dialogs.yes = false, window->close(), trigger("mnuWindowAll2"); }, true},
+      {"New, refused", [&] { dialogs.yes = false, trigger("mnuFileManage0"), trigger("mnuWindowAll2"); },
+       true},
+      {"Second grid", [&] { trigger("mnuObjectSetting3"), trigger("mnuWindowAll2"); }, true},
+      {"Quit", [&] { window->close(); }, true},
+      {"Open",
+       [&] {
+         dialogs.filesToOpen = QStringList{QString::fromStdString(path("a.inp"))}, trigger("mnuFileManage1");
+       },
+       false},
+  };
+  onlyWindows({"TableSolver"});
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.name);
+    dialogs.yes = true;
+    openWith(smallBeam());
+    typeADepth();
+    EXPECT_FALSE(program.document.SavedFlag);
+    row.way();
+    EXPECT_EQ(depth(), row.keepsTables ? 440 : 450);
+    EXPECT_EQ(window->gridOf(ObjectKind::Bar), nullptr);
+    EXPECT_EQ(log.filter("box: Object"), QStringList());
+  }
+  EXPECT_NE(content("b.inp").find("Depth=440"), std::string::npos);
+}
+
+TEST_F(Grids, EditorsHaveTheirOwnUndoAndClipboard) {
+  openWith(smallBeam());
+  typeADepth();
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_X, Qt::ControlModifier);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(qobject_cast<QLineEdit*>(QApplication::focusWidget())->text(), "440");
+  press(Qt::Key_Return);
+  const auto& grid = window->activeGrid()->grid();
+  EXPECT_EQ(grid.text(0, 7), "440");
+  EXPECT_TRUE(action("mnuEditUndo").isEnabled());
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(grid.text(0, 7), "450");
+  EXPECT_FALSE(action("mnuEditUndo").isEnabled());
+  press(Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(grid.text(0, 7), "440");
+  typeADepth();
+  trigger("mnuEditEdit4");  // a menu entry takes over what was typed
+  EXPECT_EQ(grid.text(0, 7), "440");
+  EXPECT_NE(QApplication::focusWidget()->objectName(), "Text1");
+}
+
+TEST_F(Grids, CommandsFollowTheActiveGridAndAddDefaults) {
+  openWith(smallBeam());
+  trigger("mnuObjectSetting2");
+  trigger("mnuObjectSetting4");
+  EXPECT_EQ(caption(2) + caption(4), "&BarAdd Default &Axial Force");
+  trigger("mnuObjectSetting2");  // comes to the front
+  EXPECT_EQ(caption(2) + caption(4), "Add Default &Bar&Axial Force");
+  EXPECT_EQ(titles().size(), 2);
+  for (const char* on :
+       {"mnuEditEdit0", "mnuEditEdit3", "mnuEditGrid0", "mnuEditGrid2", "mnuObjectSetDefault"})
+    EXPECT_TRUE(action(on).isEnabled()) << on;
+
+  const auto& grid = window->activeGrid()->grid();
+  dialogs.yes = false;
+  trigger("mnuObjectSetDefault");
+  EXPECT_EQ(setting("Bar", "Area"), "(none)");
+  dialogs.yes = true;
+  trigger("mnuObjectSetDefault");
+  EXPECT_EQ(log.filter("question:").last(), "question: Make the current row to be default ?");
+  EXPECT_EQ(setting("Bar", "Area") + setting("Bar", "Use"), grid.text(0, 6) + "1");
+  program.document.SavedFlag = true;
+  const int row = 2;
+  trigger("mnuObjectSetting2");
+  EXPECT_EQ(window->activeGrid()->currentRow(), row);
+  for (int column = 0; column < grid.columnCount(); ++column)
+    EXPECT_EQ(grid.text(row, column), grid.text(0, column)) << column;
+  EXPECT_FALSE(program.document.SavedFlag);
+  trigger("mnuWindowAll2");
+  EXPECT_EQ(caption(2), "&Bar");
+  EXPECT_FALSE(action("mnuObjectSetDefault").isEnabled());
+}
+
+}  // namespace
+}  // namespace torvik::app
