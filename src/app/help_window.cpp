@@ -24,6 +24,9 @@ HelpWindow::HelpWindow() {
 }
 
 void HelpWindow::showTopic(const QString& topic) {
+  show();  // a place can be shown once the text is laid out
+  raise();
+  activateWindow();
   // Keys and anchors differ from the headings by blanks and signs.
   const auto lettersOf = [](QString text) { return text.remove(QRegularExpression("[^\\w]|_")).toLower(); };
   const QString wanted = lettersOf(topic);
@@ -36,9 +39,6 @@ void HelpWindow::showTopic(const QString& topic) {
     verticalScrollBar()->setValue(verticalScrollBar()->value() + top);
     break;
   }
-  show();
-  raise();
-  activateWindow();
 }
 
 }  // namespace torvik::app
