@@ -25,6 +25,7 @@
 #include "base/title.h"
 #include "options/option_dialog.h"
 #include "views/chart_window.h"
+#include "views/shown_text.h"
 
 /// The resources of a static library have to be asked for, from outside every namespace.
 static void loadResources() {
@@ -42,17 +43,11 @@ const QString kFilter = "Input Files (*.inp);;All Files (*)";
 constexpr const char* kSection = "mdiMain";
 constexpr int kClipboardInterval = 500;  // ms
 
-QString qt(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 QString title() {
   return base::kTitle;
 }
 std::string nativePath(const QString& path) {
   return QFile::encodeName(path).toStdString();
-}
-QString shownPath(const std::string& path) {
-  return QFile::decodeName(path.c_str());
 }
 
 /// A menu entry shows text as it stands.
@@ -107,7 +102,7 @@ void MainWindow::guarded(const QString& doing, const std::function<void()>& comm
   try {
     command();
   } catch (const std::exception& error) {
-    showMessage(doing + ": " + qt(error.what()));
+    showMessage(doing + ": " + views::shownText(error.what()));
   }
 }
 
@@ -115,7 +110,7 @@ void MainWindow::guarded(const QString& doing, const std::function<void()>& comm
 // -------------------------------------------------------------------------------------------
 
 void MainWindow::load() {
-  setWindowTitle(qt(base::VersionTitle()));
+  setWindowTitle(views::shownText(base::VersionTitle()));
   menuAction("mnuFileExit").setText("E&xit " + title());
   guarded("Settings", [this] {
     const base::ProfileFile settings = readSettings();
@@ -125,7 +120,7 @@ void MainWindow::load() {
     menuAction("mnuToolBar", 0).setChecked(settings.ProfileGetInt(base::kToolSection, "ToolBar", 1) != 0);
     m_toolBar->setVisible(menuAction("mnuToolBar", 0).isChecked());
     const std::string step = base::optionText(settings, OptionId::CurvatureUserRangeStep);
-    m_stepBox->setEditText(step == "Large" ? "Small" : qt(step));
+    m_stepBox->setEditText(step == "Large" ? "Small" : views::shownText(step));
     menuAction("mnuToolBar", 1).setChecked(settings.ProfileGetInt(base::kToolSection, "StatusBar", 1) != 0);
     m_panels->setVisible(menuAction("mnuToolBar", 1).isChecked());
     guarded("Settings", [&] {
@@ -151,7 +146,8 @@ void MainWindow::NewDocument() {
 
 void MainWindow::takeCommandLine(const std::vector<std::string>& tokens) {
   const CommandLineFiles line = sortTokens(tokens);
-  for (const std::string& option : line.unknownOptions) showMessage("Option \"" + qt(option) + "\" ignored.");
+  for (const std::string& option : line.unknownOptions)
+    showMessage("Option \"" + views::shownText(option) + "\" ignored.");
   if (!line.files.empty()) m_program.BatchMode = line.files.size() >= 2;
   for (const std::string& file : line.files) {
     if (!openFile(file)) return;
@@ -346,7 +342,7 @@ void MainWindow::mnuFileManage_Click(int index) {
       [[fallthrough]];
     case 3: {
       const QString path =
-          m_program.dialogs->saveFile(title() + " - Save As", shownPath(file), kFilter, "inp");
+          m_program.dialogs->saveFile(title() + " - Save As", views::shownText(file), kFilter, "inp");
       if (path.isEmpty() || !closeAllChildren()) return;
       saveTo(nativePath(path));
       return;
@@ -405,7 +401,7 @@ bool MainWindow::openFile(const std::string& path) {
 }
 
 void MainWindow::cannotOpen(const std::string& path) {
-  showMessage("Can't open " + shownPath(path));
+  showMessage("Can't open " + views::shownText(path));
   m_recent.remove(path);
   showRecentPaths();
 }
@@ -413,7 +409,7 @@ void MainWindow::cannotOpen(const std::string& path) {
 void MainWindow::takePath(const std::string& path) {
   m_recent.add(path);
   showRecentPaths();
-  setWindowTitle(title() + " - " + shownPath(base::shortenPath(path)));
+  setWindowTitle(title() + " - " + views::shownText(base::shortenPath(path)));
 }
 
 void MainWindow::showWaitCursor(bool on) {
@@ -427,7 +423,7 @@ void MainWindow::showRecentPaths() {
   menuAction("mnuFileRecentPathSepa").setVisible(m_recent.showsSeparator());
   for (int i = 0; i < RecentPaths::kEntries; ++i) {
     QAction& entry = menuAction("mnuFileRecentPath", i);
-    entry.setText(withoutMnemonics(shownPath(m_recent.entry(i))));
+    entry.setText(withoutMnemonics(views::shownText(m_recent.entry(i))));
     entry.setVisible(!m_recent.entry(i).empty());
   }
 }
@@ -536,7 +532,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 void MainWindow::stepBoxLostFocus() {
   if (!base::toNumber(m_stepBox->currentText().toStdString())) {
     guarded("Step box", [this] {
-      m_stepBox->setEditText(qt(base::optionText(readSettings(), OptionId::CurvatureUserRangeStep)));
+      m_stepBox->setEditText(
+          views::shownText(base::optionText(readSettings(), OptionId::CurvatureUserRangeStep)));
     });
   }
   if (m_stepBox->currentText() == "Large") m_stepBox->setEditText("Small");

@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "views/chart_control.h"
 #include "views/figures.h"
+#include "views/shown_text.h"
 #include "views/stress_strain_chart.h"
 
 namespace torvik::app {
@@ -41,7 +42,7 @@ void showStressStrainCurve(MainWindow& window, JobControl& job, model::ObjectKin
   const std::string missing = analysis::withLawRow(
       oneRow, kind, 0, [](const auto& row) { return analysis::missingForCurve(row.Type, row.File); });
   if (!missing.empty()) {
-    window.showMessage(QString::fromStdString(missing));
+    window.showMessage(views::shownText(missing));
     return;
   }
   views::ChartWindow& chart = job.openChart(ChartKind::StressStrain);

@@ -33,7 +33,8 @@ class InputError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 
-  /// `FILE: [SECTION] KEY="VALUE": expected EXPECTED`; of a value of more than 60 bytes the beginning and "...".
+  /// `FILE: [SECTION] KEY="VALUE": expected EXPECTED`; of a value of more than 60 bytes the beginning and
+  /// "...".
   /// @param expected  what should stand there, for example `an integer from 0 to 3`
   static InputError ofKey(std::string_view file, std::string_view section, std::string_view key,
                           std::string_view value, std::string_view expected);

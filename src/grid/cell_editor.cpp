@@ -16,6 +16,7 @@
 #include "base/key_filter.h"
 #include "grid/cell_editor_controls.h"
 #include "grid/grid_model.h"
+#include "views/shown_text.h"
 #include "views/table_view.h"
 #include "views/twips.h"
 
@@ -105,7 +106,7 @@ QWidget* CellEditor::prepare(const QString& text) {
     box.clear();
     int widest = 0;
     for (const std::string_view item : column().items) {
-      box.addItem(shownText(item));
+      box.addItem(views::shownText(item));
       widest = std::max(widest, box.fontMetrics().horizontalAdvance(box.itemText(box.count() - 1)));
     }
     box.view()->setMinimumWidth(widest + 2 * box.style()->pixelMetric(QStyle::PM_ScrollBarExtent));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "grid/grid_model.h"
+#include "views/shown_text.h"
 
 #include <QColor>
 
@@ -10,11 +11,6 @@ namespace {
 constexpr QColor kUnreadableBack(255, 199, 199);
 constexpr QColor kUnreadableText(110, 0, 0);
 }  // namespace
-
-QString shownText(std::string_view bytes) {
-  const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
-  return view.isValidUtf8() ? QString::fromUtf8(view) : QString::fromLatin1(view);
-}
 
 GridModel::GridModel(const ObjectGrid& grid, QObject* parent)
     : QAbstractTableModel(parent), m_grid(grid), m_rows(grid.rowCount()) {}
@@ -54,7 +50,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= m_grid.rowCount()) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return shownText(m_grid.text(index.row(), index.column()));
+      return views::shownText(m_grid.text(index.row(), index.column()));
     case Qt::BackgroundRole:
       return m_grid.isUnreadable(index.row(), index.column()) ? QVariant(kUnreadableBack) : QVariant();
     case Qt::ForegroundRole:
@@ -72,9 +68,9 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (role != Qt::DisplayRole || section < 0) return {};
   if (orientation == Qt::Vertical)
-    return section < m_grid.rowCount() ? QVariant(shownText(m_grid.number(section))) : QVariant();
+    return section < m_grid.rowCount() ? QVariant(views::shownText(m_grid.number(section))) : QVariant();
   return section < columnCount()
-             ? QVariant(shownText(columnsOf(m_grid.kind())[static_cast<std::size_t>(section)].caption))
+             ? QVariant(views::shownText(columnsOf(m_grid.kind())[static_cast<std::size_t>(section)].caption))
              : QVariant();
 }
 

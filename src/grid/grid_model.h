@@ -7,9 +7,6 @@
 
 namespace torvik::grid {
 
-/// Bytes of a cell as they are shown: UTF-8, else Latin-1.
-QString shownText(std::string_view bytes);
-
 /// An `ObjectGrid` as a view shows it. Whoever changes the grid says so with `tell`.
 class GridModel : public QAbstractTableModel {
   Q_OBJECT

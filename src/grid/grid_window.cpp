@@ -19,6 +19,7 @@
 #include "base/number_text.h"
 #include "base/title.h"
 #include "grid/grid_model.h"
+#include "views/shown_text.h"
 #include "views/table_view.h"
 
 namespace torvik::grid {
@@ -44,7 +45,7 @@ GridWindow::GridWindow(views::Shell& shell, model::Document& document, ObjectKin
       m_view(new views::TableView(this)),
       m_editor(new CellEditor(*m_view, kind, *this)),
       m_summary(new QLabel(this)) {
-  setWindowTitle(shownText(captionOf(kind)));
+  setWindowTitle(views::shownText(captionOf(kind)));
   m_view->setModel(m_model);
   m_view->setFixedCaption(QStringLiteral("No"));
   m_view->readColumnWidths(shell.readSettings(), objectName(), Tag());
@@ -101,8 +102,9 @@ int GridWindow::currentRow() const {
 
 void GridWindow::showState() {
   const Summary summary = m_view->cells().Row < 0 ? Summary{} : m_grid.summary(selection());
-  m_summary->setText(
-      QStringLiteral("Count: %1   Sum: %2").arg(summary.count).arg(shownText(base::plainText(summary.sum))));
+  m_summary->setText(QStringLiteral("Count: %1   Sum: %2")
+                         .arg(summary.count)
+                         .arg(views::shownText(base::plainText(summary.sum))));
   // A commit may come when another child is the active one already.
   if (frame() && frame()->mdiArea() && frame()->mdiArea()->currentSubWindow() == frame())
     shell().childActivated(*this);
@@ -140,7 +142,7 @@ void GridWindow::guarded(const std::function<void()>& act) {
   try {
     act();
   } catch (const std::exception& error) {
-    shell().showMessage(windowTitle() + QStringLiteral(": ") + QString::fromUtf8(error.what()));
+    shell().showMessage(windowTitle() + QStringLiteral(": ") + views::shownText(error.what()));
   }
 }
 
@@ -150,16 +152,16 @@ void GridWindow::BeginCellEdit() {
   if (cell.Row < 0) return;
   m_document.SavedFlag = false;  // counts as a change before anything is typed, also where nothing opens
   m_before = m_grid.text(cell.Row, cell.Col);
-  if (m_grid.opensEditor(cell.Row, cell.Col)) m_editor->open(cell.Row, cell.Col, shownText(m_before));
+  if (m_grid.opensEditor(cell.Row, cell.Col)) m_editor->open(cell.Row, cell.Col, views::shownText(m_before));
 }
 
 void GridWindow::commitCell(int row, int column, const QString& text) {
   const Extent wholeRow{Extent::What::Cells, {row, 0, row, m_grid.columnCount() - 1}};
-  const std::string bytes = text == shownText(m_before) ? m_before : text.toStdString();
+  const std::string bytes = text == views::shownText(m_before) ? m_before : text.toStdString();
   try {
     m_model->tell(m_grid.commit(row, column, bytes, m_before, [&](const std::string& message) {
       m_model->tell(wholeRow);
-      shell().showMessage(shownText(message));
+      shell().showMessage(views::shownText(message));
     }));
   } catch (...) {
     m_model->tell(wholeRow);

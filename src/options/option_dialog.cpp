@@ -15,6 +15,7 @@
 #include "base/number_text.h"
 #include "base/title.h"
 #include "views/entry_box.h"
+#include "views/shown_text.h"
 #include "views/up_down.h"
 
 namespace torvik::options {
@@ -89,7 +90,7 @@ OptionField& OptionDialog::field(Id id) {
 void OptionDialog::fill() {
   const base::ProfileFile settings = m_shell.readSettings();
   QStringList bad;
-  const auto tell = [&](const base::InputError& error) { bad.append(QString::fromUtf8(error.what())); };
+  const auto tell = [&](const base::InputError& error) { bad.append(views::shownText(error.what())); };
 
   const int selected = settings.ProfileGetInt(base::kOptionSection, base::optionKey(Id::SelectedTab).name, 1);
   if (selected >= 1 && selected <= kTabs)
@@ -239,7 +240,7 @@ void OptionDialog::guarded(const std::function<void()>& operation) {
   try {
     operation();
   } catch (const std::exception& error) {
-    report("Option: " + QString::fromUtf8(error.what()));
+    report("Option: " + views::shownText(error.what()));
   }
 }
 

@@ -4,11 +4,11 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QRadioButton>
-#include <QStringDecoder>
 #include <array>
 
 #include "base/number_text.h"
 #include "views/entry_box.h"
+#include "views/shown_text.h"
 
 namespace torvik::options {
 
@@ -71,13 +71,6 @@ static_assert(followsKeys());
 
 const char* const kArrangements[] = {"&Cascade", "Tile Hori&zontal", "Tile &Vertical", "Do &Nothing"};
 
-/// Bytes of a settings file as text: UTF-8, else Latin-1.
-QString textOf(const std::string& bytes) {
-  QStringDecoder utf8(QStringDecoder::Utf8);
-  const QString text = utf8(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-  return utf8.hasError() ? QString::fromLatin1(bytes) : text;
-}
-
 }  // namespace
 
 std::span<const OptionControl> optionControls() {
@@ -122,7 +115,7 @@ bool OptionField::show(const std::string& value) {
     return false;
   } else {
     m_value = value;
-    m_shown = textOf(value);
+    m_shown = views::shownText(value);
     box->setText(m_shown);
     box->setCursorPosition(0);
   }

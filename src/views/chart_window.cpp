@@ -16,6 +16,7 @@
 #include "base/number_text.h"
 #include "base/title.h"
 #include "views/chart_control.h"
+#include "views/shown_text.h"
 
 namespace torvik::views {
 
@@ -57,10 +58,6 @@ constexpr double kTenfold = 10;
 constexpr int kSolidColumn = 1;
 constexpr int kBarColumn = 3;
 constexpr int kTendonColumn = 5;
-
-QString textOf(const std::exception& error) {
-  return QString::fromUtf8(error.what());
-}
 
 }  // namespace
 
@@ -282,7 +279,7 @@ void ChartWindow::savePicture() {
       base::replaceWholeFile(std::filesystem::path(QFile::encodeName(name).toStdString()),
                              std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
     } catch (const base::InputError& error) {
-      shell().showMessage(textOf(error));
+      shell().showMessage(shownText(error.what()));
     }
   };
   if (lower.endsWith(".svg"))

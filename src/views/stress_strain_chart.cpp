@@ -11,6 +11,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "views/chart_control.h"
+#include "views/shown_text.h"
 
 namespace torvik::views {
 
@@ -35,8 +36,8 @@ template <class Row>
 void extendTitle(ChartWindow& window, ObjectKind kind, const Row& row) {
   QString title = window.windowTitle() + " - " +
                   QString::fromStdString(std::string(model::sectionNameOf(kind))) + " - " +
-                  QFile::decodeName(row.Type.c_str());
-  if (row.Type == "File") title += " - " + QFile::decodeName(base::shortenPath(row.File).c_str());
+                  shownText(row.Type);
+  if (row.Type == "File") title += " - " + shownText(base::shortenPath(row.File));
   window.setWindowTitle(title);
 }
 

@@ -13,6 +13,7 @@
 #include "base/errors.h"
 #include "base/files.h"
 #include "base/title.h"
+#include "views/shown_text.h"
 #include "views/table_view.h"
 
 namespace torvik::views {
@@ -102,7 +103,7 @@ void TableWindow::saveTableAs() {
   try {
     base::replaceWholeFile(QFile::encodeName(path).toStdString(), m_table->text(tabs ? '\t' : ','));
   } catch (const base::InputError& error) {
-    shell().showMessage(QString::fromUtf8(error.what()));
+    shell().showMessage(shownText(error.what()));
   }
 }
 

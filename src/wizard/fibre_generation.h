@@ -33,8 +33,8 @@ double TaperWidth(double w1, double w2, double h, double top, double d);
 double EllipseWidth(double w, double h, double top, double d);
 
 /// Appends one default row a strip to `tables.Solids`, from the top downward, with `Height`, `Depth`, `Width`
-/// and `Area` set: of one piece where the strip is the pair beside a hollow. `Number` is 2 there and 1 elsewhere,
-/// whatever the default row holds.
+/// and `Area` set: of one piece where the strip is the pair beside a hollow. `Number` is 2 there and 1
+/// elsewhere, whatever the default row holds.
 ///
 /// A zone lower than the target height of a strip gets none and stays a gap, so that a valid shape may bring
 /// no row at all.

@@ -11,6 +11,7 @@
 #include "base/errors.h"
 #include "base/key_filter.h"
 #include "base/number_text.h"
+#include "views/shown_text.h"
 #include "wizard/dialog_fields.h"
 
 namespace torvik::wizard {
@@ -191,7 +192,7 @@ bool SolidDialog::check(std::size_t field) {
     if (field == kNumberField && *number > kMostFibres) return set("Maximum Fibers Number (", kMostFibres);
     if (field == kHeightField && *number == 0) return set("Positive Fibers Height (", 1);
   } catch (const base::InputError& error) {
-    m_shell.showMessage(windowTitle() + ": " + QString::fromUtf8(error.what()));
+    m_shell.showMessage(windowTitle() + ": " + views::shownText(error.what()));
     return false;
   }
   return true;
@@ -256,7 +257,7 @@ void SolidDialog::finish() {
         fault = "Invalid section.";
       }
     } catch (const std::exception& error) {
-      fault = windowTitle() + ": " + QString::fromUtf8(error.what());
+      fault = windowTitle() + ": " + views::shownText(error.what());
     }
   }
   if (!fault.isEmpty()) {
