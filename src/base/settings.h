@@ -63,11 +63,20 @@ enum class OptionId : std::uint8_t {
 /// Kind of a key's value. A flag is 1 (on); anything else is off.
 enum class OptionKind : std::uint8_t { Flag, Integer, Real, Text };
 
+/// Where the options dialog edits a key.
+struct OptionControl {
+  int tab = 0;            ///< from 1; 0 where the dialog does not edit it
+  std::string_view name;  ///< of the control, with the index in a control array
+  int index = -1;         ///< -1: not of an array
+  std::string_view caption;
+};
+
 struct OptionKey {
   OptionId id;
   std::string_view name;
   OptionKind kind;
   std::string_view defaultText;
+  OptionControl control = {};
 };
 
 /// All keys, indexed by `OptionId`.

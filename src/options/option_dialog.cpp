@@ -80,7 +80,7 @@ void OptionDialog::connectRules() {
 
 OptionField& OptionDialog::field(Id id) {
   const auto found = std::find_if(m_fields.begin(), m_fields.end(),
-                                  [&](const OptionField& one) { return one.control().id == id; });
+                                  [&](const OptionField& one) { return one.key().id == id; });
   if (found == m_fields.end()) throw base::InternalError(base::kImpossibleCase, "control of an option");
   return *found;
 }
@@ -140,7 +140,7 @@ void OptionDialog::leave(OptionField& one) {
   const Id id = one.key().id;
   if (one.key().kind == OptionKind::Integer) {
     const auto index = static_cast<std::size_t>(one.control().index);
-    const double value = base::numberOf(one.box->text().toStdString(), one.control().name);
+    const double value = base::numberOf(one.box->text().toStdString(), one.control().name.data());
     const double bounded = m_convergence[index]->bounded(value);
     if (bounded != value) one.box->setText(QString::fromStdString(base::plainText(bounded)));
   } else if (id >= Id::StrainSolidFrom && id <= Id::StrainTendonStep) {

@@ -11,6 +11,7 @@
 
 #include "options/option_dialog.h"
 #include "views/entry_box.h"
+#include "views/shown_text.h"
 #include "views/up_down.h"
 
 namespace torvik::options {
@@ -60,8 +61,9 @@ QHBoxLayout* tightRow(std::initializer_list<QWidget*> widgets) {
 }  // namespace
 
 void OptionDialog::build() {
-  m_fields.reserve(optionControls().size());
-  for (const OptionControl& control : optionControls()) m_fields.emplace_back(control, *this);
+  m_fields.reserve(base::optionKeys().size());
+  for (const base::OptionKey& key : base::optionKeys())
+    if (key.control.tab > 0) m_fields.emplace_back(key, *this);
 
   m_tabs = new QTabWidget;
   m_tabs->setObjectName("TabStrip1");
@@ -99,8 +101,8 @@ QGroupBox* OptionDialog::rangeGroup(const QString& title, Id from, const QString
   for (int i = 0; i < 3; ++i) {
     OptionField& one = field(from + i);
     setCharacters(*one.box, kNumberCharacters);
-    one.box->setAccessibleName(title + ' ' + QString(one.control().caption).remove('&'));
-    grid->addWidget(labelOf(*one.box, one.control().caption), i, 0);
+    one.box->setAccessibleName(title + ' ' + views::shownText(one.control().caption).remove('&'));
+    grid->addWidget(labelOf(*one.box, views::shownText(one.control().caption)), i, 0);
     grid->addWidget(one.box, i, 1);
     if (!unit.isEmpty()) grid->addWidget(new QLabel(unit), i, 2);
   }
@@ -118,7 +120,7 @@ QWidget* OptionDialog::calculationPage() {
     spin->setObjectName(controlName("UpDown03", i));
     m_convergence[static_cast<std::size_t>(i)] = spin;
     setCharacters(*one.box, kSmallNumberCharacters);
-    rows->addWidget(labelOf(*one.box, one.control().caption), i, 0);
+    rows->addWidget(labelOf(*one.box, views::shownText(one.control().caption)), i, 0);
     if (i > 0) rows->addWidget(new QLabel("1/10^"), i, 1, Qt::AlignRight | Qt::AlignVCenter);
     rows->addLayout(tightRow({one.box, spin}), i, 2);
   }
@@ -135,7 +137,8 @@ QGroupBox* OptionDialog::checkGroup(const QString& title, Id first, Id last) {
   auto* group = new QGroupBox(title);
   auto* column = new QVBoxLayout(group);
   for (Id id = first; id <= last; id = id + 1) {
-    field(id).check->setAccessibleName(title + ' ' + QString(field(id).control().caption).remove('&'));
+    field(id).check->setAccessibleName(title + ' ' +
+                                       views::shownText(field(id).control().caption).remove('&'));
     column->addWidget(field(id).check);
   }
   return group;

@@ -107,7 +107,7 @@ TEST(ProfileFile, FilesOnDisk) {
 TEST(Settings, EveryKeyHasAReadableDefaultOfItsKind) {
   const ProfileFile none;
   std::string all;
-  for (const auto& [id, name, kind, text] : optionKeys()) {
+  for (const auto& [id, name, kind, text, control] : optionKeys()) {
     const std::string value = kind == OptionKind::Flag      ? plainText(optionFlag(none, id) ? 1 : 0)
                               : kind == OptionKind::Integer ? plainText(optionInteger(none, id))
                               : kind == OptionKind::Real    ? plainText(optionReal(none, id))

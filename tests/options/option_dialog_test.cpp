@@ -296,9 +296,8 @@ TEST_F(Options, AxesAreThoseOfTheChart) {
 
 TEST_F(Options, DefaultsAreTakenForTheTabAloneAndOnlyAfterYes) {
   std::string settings = "[Option]\nSelectedTab=1\n";
-  for (const OptionControl& control : optionControls())
-    settings.append(base::optionKey(control.id).name)
-        .append(base::optionKey(control.id).defaultText == "1" ? "=0\n" : "=1\n");
+  for (const base::OptionKey& key : base::optionKeys())
+    if (key.control.tab > 0) settings.append(key.name).append(key.defaultText == "1" ? "=0\n" : "=1\n");
   open(settings);
   shell.yes = false;
   click("Command1_2");
