@@ -5,6 +5,7 @@
 #include "app/job_control.h"
 #include "app/main_window.h"
 #include "app/object_charts.h"
+#include "base/errors.h"
 #include "base/number_text.h"
 #include "grid/grid_window.h"
 #include "model/default_rows.h"
@@ -60,7 +61,9 @@ void MainWindow::mnuObjectSetDefault_Click() {
   const grid::ObjectGrid& grid = window->grid();
   std::vector<model::DefaultCell> cells;
   for (int column = 0; const grid::Column& c : grid::columnsOf(grid.kind())) {
-    const std::string& text = grid.text(window->currentRow(), column++);
+    const std::string& text = grid.text(window->currentRow(), column);
+    if (grid.isUnreadable(window->currentRow(), column++) && c.cell != grid::CellKind::Flag)
+      throw base::InputError(std::string(c.caption) + " \"" + text + "\": expected a number");
     cells.push_back(
         {c.key, c.cell == grid::CellKind::Flag ? base::plainText(grid::FlagFromCellText(text)) : text});
   }

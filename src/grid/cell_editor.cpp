@@ -4,10 +4,12 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <algorithm>
 #include <utility>
@@ -15,10 +17,10 @@
 #include "base/errors.h"
 #include "base/key_filter.h"
 #include "grid/cell_editor_controls.h"
-#include "grid/grid_model.h"
 #include "views/shown_text.h"
 #include "views/table_view.h"
 #include "views/twips.h"
+#include "views/up_down.h"
 
 namespace torvik::grid {
 
@@ -31,12 +33,27 @@ int indexOfText(const QComboBox& box, const QString& text) {
   return box.findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive);
 }
 
+views::UpDownRange rangeOf(const SpinRange& spin) {
+  return {spin.Minimum, spin.Maximum, spin.Increment, spin.Minimum};
+}
+
+/// A cell's worth of a text: what stands before its first row or cell end. Spreadsheets put one behind a
+/// single cell.
+QString firstCell(const QString& text) {
+  static const QRegularExpression kEnd(QStringLiteral("[\\r\\n\\t\\x{2028}\\x{2029}]"));
+  return text.left(text.indexOf(kEnd));
+}
+
+bool isRedo(const QKeyEvent& key) {
+  return key.key() == Qt::Key_Y && key.modifiers() == Qt::ControlModifier;
+}
+
+}  // namespace
+
 bool isTyped(const QKeyEvent& key) {
   return !key.text().isEmpty() && key.text()[0].isPrint() &&
          !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
 }
-
-}  // namespace
 
 CellEditor::CellEditor(views::TableView& view, ObjectKind kind, EditorHost& host)
     : QObject(&view),
@@ -44,7 +61,7 @@ CellEditor::CellEditor(views::TableView& view, ObjectKind kind, EditorHost& host
       m_kind(kind),
       m_host(host),
       m_text(new QLineEdit(view.viewport())),
-      m_upDown(new UpDown(*m_text, view.viewport())),
+      m_upDown(new views::UpDown(*m_text, {}, view.viewport())),
       m_check(new QCheckBox(view.viewport())),
       m_file(new FileButton(view.viewport())),
       m_combo(new QComboBox(view.viewport())),
@@ -64,6 +81,10 @@ CellEditor::CellEditor(views::TableView& view, ObjectKind kind, EditorHost& host
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(kLeastComboCharacters);
   }
+  for (QLineEdit* line : {m_text, m_combo->lineEdit()})  // what was pasted into it
+    connect(line, &QLineEdit::textEdited, line, [line](const QString& text) {
+      if (const QString cell = firstCell(text); cell != text) line->setText(cell);
+    });
   // The filter sees single keys: nothing may be composed past it.
   m_text->setAttribute(Qt::WA_InputMethodEnabled, false);
   m_combo->setAttribute(Qt::WA_InputMethodEnabled, false);
@@ -118,7 +139,7 @@ QWidget* CellEditor::prepare(const QString& text) {
     case CellKind::Spinner:
       if (m_view.columnWidth(m_column) - m_upDown->sizeHint().width() < 1)
         m_view.setColumnTwips(m_column + 1, views::kOriginalColumnWidth);
-      m_upDown->setRange(column().spin);
+      m_upDown->setRange(rangeOf(column().spin));
       [[fallthrough]];
     case CellKind::Number:
       m_text->setText(text);
@@ -158,7 +179,12 @@ QString CellEditor::text() const {
   if (m_open == m_text) return m_text->text();
   if (m_open == m_file) return m_file->caption();
   if (m_open == m_check) return m_check->isChecked() ? QStringLiteral("+") : QString();
+  if (m_open == m_list && m_list->currentIndex() < 0) return m_before;  // Esc over a text that is no item
   return static_cast<const QComboBox*>(m_open)->currentText();
+}
+
+QLineEdit* CellEditor::line() const {
+  return m_open == m_text ? m_text : m_open == m_combo ? m_combo->lineEdit() : nullptr;
 }
 
 void CellEditor::setText(const QString& text) {
@@ -187,7 +213,7 @@ void CellEditor::finishAndMove(int rows, int columns) {
   const int row = m_row + rows;
   const int column = m_column + columns;
   commit();
-  m_host.moveTo(row, column);
+  if (!m_host.moveTo(row, column)) QApplication::beep();
 }
 
 bool CellEditor::passes(const QString& typed) const {
@@ -207,6 +233,10 @@ void CellEditor::takeFirstKey(const QString& key) {
 bool CellEditor::eventFilter(QObject* watched, QEvent* event) {
   if (watched != m_open) return QObject::eventFilter(watched, event);
   switch (event->type()) {
+    case QEvent::ShortcutOverride:
+      if (!isOwn(*static_cast<QKeyEvent*>(event))) return false;
+      event->accept();
+      return true;
     case QEvent::KeyPress: {
       bool taken = true;
       m_host.guarded([&] { taken = takeKey(*static_cast<QKeyEvent*>(event)); });
@@ -222,7 +252,7 @@ bool CellEditor::eventFilter(QObject* watched, QEvent* event) {
       return false;
     }
     case QEvent::Wheel:
-      event->ignore();  // the grid scrolls
+      QCoreApplication::sendEvent(m_view.viewport(), event);  // the grid scrolls
       return true;
     default:
       return false;
@@ -257,7 +287,11 @@ bool CellEditor::takeKey(const QKeyEvent& key) {
     default:
       break;
   }
-  if (m_open == m_file) return takeFileKey(key);
+  if (m_open == m_file) return takeClipboardKey(key) || takeFileKey(key);
+  if (line() && isRedo(key)) {
+    line()->redo();
+    return true;
+  }
   const bool filtered = (m_open == m_text || m_open == m_combo) && isTyped(key);
   return filtered && !passes(key.text());
 }
@@ -282,6 +316,25 @@ bool CellEditor::takeArrow(int key) {
     return true;
   }
   return m_open == m_file;
+}
+
+bool CellEditor::isOwn(const QKeyEvent& key) const {
+  if (line()) return isRedo(key);  // else the edit box knows its keys
+  return m_open == m_file && (key.matches(QKeySequence::Paste) || key.matches(QKeySequence::Copy) ||
+                              key.matches(QKeySequence::Cut));
+}
+
+bool CellEditor::takeClipboardKey(const QKeyEvent& key) {
+  QClipboard& clipboard = *QGuiApplication::clipboard();
+  if (key.matches(QKeySequence::Paste)) {
+    m_file->setCaption(m_file->caption() + firstCell(clipboard.text()));
+    return true;
+  }
+  const bool cuts = key.matches(QKeySequence::Cut);
+  if (!cuts && !key.matches(QKeySequence::Copy)) return false;
+  clipboard.setText(m_file->caption());
+  if (cuts) m_file->setCaption({});
+  return true;
 }
 
 bool CellEditor::takeFileKey(const QKeyEvent& key) {

@@ -14,12 +14,15 @@ class QLineEdit;
 
 namespace torvik::views {
 class TableView;
-}
+class UpDown;
+}  // namespace torvik::views
 
 namespace torvik::grid {
 
 class FileButton;
-class UpDown;
+
+/// Whether a key types a character.
+bool isTyped(const QKeyEvent& key);
 
 /// What the editor of a cell asks of its window.
 class EditorHost {
@@ -29,16 +32,16 @@ class EditorHost {
   virtual void commitCell(int row, int column, const QString& text) = 0;
   /// @return the chosen path; empty where the dialog was cancelled
   virtual QString chooseFile(const QString& before) = 0;
-  /// Moves the current cell to this one, if there is one.
-  virtual void moveTo(int row, int column) = 0;
+  /// Moves the current cell to this one. @return false where there is none: it stays then
+  virtual bool moveTo(int row, int column) = 0;
   /// Runs what an event asks for; whatever fails in it becomes one message box.
   virtual void guarded(const std::function<void()>& act) = 0;
 };
 
 /// The controls that are laid over a cell to edit it: `Text1` (with `UpDown1`), `Check1`, `Command1`,
 /// `DropDownCombo1`, `DropDownList1`. One at most is open. It ends by its keys, by losing the focus and when
-/// the grid scrolls, always with one
-/// commit; only where Esc leaves `Check1` or the list as it was there is none.
+/// the grid scrolls, always with one commit; only where Esc leaves `Check1` or the list as it was there is
+/// none.
 class CellEditor : public QObject {
   Q_OBJECT
 
@@ -71,6 +74,10 @@ class CellEditor : public QObject {
   bool takeKey(const QKeyEvent& key);
   bool takeArrow(int key);
   bool takeFileKey(const QKeyEvent& key);
+  bool takeClipboardKey(const QKeyEvent& key);
+  /// Whether a key of the frame's menus is the open editor's own.
+  [[nodiscard]] bool isOwn(const QKeyEvent& key) const;
+  [[nodiscard]] QLineEdit* line() const;
   void escape();
   void closeUnchanged();
   void browse();
@@ -79,7 +86,7 @@ class CellEditor : public QObject {
   const ObjectKind m_kind;
   EditorHost& m_host;
   QLineEdit* m_text;
-  UpDown* m_upDown;
+  views::UpDown* m_upDown;
   QCheckBox* m_check;
   FileButton* m_file;
   QComboBox* m_combo;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "grid/grid_model.h"
-#include "views/shown_text.h"
 
 #include <QColor>
+
+#include "views/shown_text.h"
 
 namespace torvik::grid {
 
@@ -57,7 +58,9 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
       return m_grid.isUnreadable(index.row(), index.column()) ? QVariant(kUnreadableText) : QVariant();
     case Qt::ToolTipRole:
       return m_grid.isUnreadable(index.row(), index.column())
-                 ? QStringLiteral("\"%1\" can not be read here: it counts as 0.")
+                 ? (columnsOf(m_grid.kind())[static_cast<std::size_t>(index.column())].key == "WatchStrain"
+                        ? QStringLiteral("\"%1\" is no number: a job will end at it.")
+                        : QStringLiteral("\"%1\" can not be read here: it counts as 0."))
                        .arg(data(index, Qt::DisplayRole).toString())
                  : QVariant();
     default:

@@ -11,10 +11,12 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "base/number_text.h"
 #include "base/title.h"
@@ -29,6 +31,8 @@ namespace {
 constexpr int kRowsAtFirst = 12;
 constexpr int kWidestAtFirst = 760;
 
+/// The bytes of copied cells, which need not be UTF-8.
+const QString kCellBytes = QStringLiteral("application/x-torvik-cells");
 const QString kExtension = QStringLiteral("ss");  ///< of a user stress-strain file
 
 QString title() {
@@ -48,6 +52,7 @@ GridWindow::GridWindow(views::Shell& shell, model::Document& document, ObjectKin
   setWindowTitle(views::shownText(captionOf(kind)));
   m_view->setModel(m_model);
   m_view->setFixedCaption(QStringLiteral("No"));
+  m_view->setShortensNumbers(true);
   m_view->readColumnWidths(shell.readSettings(), objectName(), Tag());
   m_view->selectCells({0, 0, 0, 0});
   m_view->installEventFilter(this);
@@ -64,7 +69,6 @@ GridWindow::GridWindow(views::Shell& shell, model::Document& document, ObjectKin
   layout->addWidget(m_summary);
   setFocusProxy(m_view);
 
-  connect(m_view, &views::TableView::copiedByKeyboard, this, [this] { this->shell().PasteOnEnter = true; });
   connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { showState(); });
   showState();
 }
@@ -104,7 +108,8 @@ void GridWindow::showState() {
   const Summary summary = m_view->cells().Row < 0 ? Summary{} : m_grid.summary(selection());
   m_summary->setText(QStringLiteral("Count: %1   Sum: %2")
                          .arg(summary.count)
-                         .arg(views::shownText(base::plainText(summary.sum))));
+                         .arg(std::isfinite(summary.sum) ? views::shownText(base::plainText(summary.sum))
+                                                         : QStringLiteral("too large")));
   // A commit may come when another child is the active one already.
   if (frame() && frame()->mdiArea() && frame()->mdiArea()->currentSubWindow() == frame())
     shell().childActivated(*this);
@@ -118,8 +123,13 @@ void GridWindow::showCells(const Selection& cells) {
   m_view->scrollTo(m_view->currentIndex());
 }
 
-void GridWindow::moveTo(int row, int column) {
-  if (m_model->hasIndex(row, column)) showCells({row, column, row, column});
+bool GridWindow::moveTo(int row, int column) {
+  const bool isThere = m_model->hasIndex(row, column);
+  if (isThere)
+    showCells({row, column, row, column});
+  else if (row >= m_grid.rowCount())
+    m_summary->setText(QStringLiteral("The last row. Insert a Row and Add Default bring more."));
+  return isThere;
 }
 
 QSize GridWindow::sizeHint() const {
@@ -218,6 +228,11 @@ bool GridWindow::takeKey(const QKeyEvent& key) {
       if (!plain || !shell().PasteOnEnter) return false;
       [[fallthrough]];
     case Qt::Key_Insert:
+      if (key.key() == Qt::Key_Insert && modifiers == Qt::ControlModifier) {
+        copy();
+        shell().PasteOnEnter = true;
+        return true;
+      }
       if (key.key() == Qt::Key_Insert && !shift) return false;
       if (pasteClipboard()) shell().PasteOnEnter = false;
       return true;
@@ -231,9 +246,7 @@ bool GridWindow::takeKey(const QKeyEvent& key) {
     default:
       break;
   }
-  const bool isTyped = !key.text().isEmpty() && key.text()[0].isPrint() &&
-                       !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-  if (!isTyped) return false;
+  if (!isTyped(key)) return false;
   BeginCellEdit();
   m_editor->takeFirstKey(key.text());
   return true;
@@ -254,7 +267,11 @@ void GridWindow::change(const std::function<Extent()>& edit) {
 }
 
 void GridWindow::copy() {
-  m_view->copySelection();
+  const std::string cells = m_grid.clip(selection());
+  auto* const copied = new QMimeData;
+  copied->setData(kCellBytes, QByteArray::fromStdString(cells));
+  copied->setText(views::shownText(cells).replace(QLatin1Char('\r'), QLatin1String("\r\n")));
+  QGuiApplication::clipboard()->setMimeData(copied);
 }
 
 void GridWindow::cut() {
@@ -267,9 +284,13 @@ void GridWindow::paste() {
 }
 
 bool GridWindow::pasteClipboard() {
+  const QMimeData* const held = QGuiApplication::clipboard()->mimeData();
+  if (!held || !held->hasText()) return false;
+  const std::string text =
+      held->hasFormat(kCellBytes) ? held->data(kCellBytes).toStdString() : held->text().toStdString();
   std::optional<Extent> pasted;
   change([&] {
-    pasted = m_grid.paste(selection(), QGuiApplication::clipboard()->text().toStdString());
+    pasted = m_grid.paste(selection(), text);
     return pasted.value_or(Extent{});
   });
   if (!pasted) {

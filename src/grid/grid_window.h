@@ -64,7 +64,7 @@ class GridWindow : public views::ChildWindow, private EditorHost {
   // EditorHost
   void commitCell(int row, int column, const QString& text) override;
   QString chooseFile(const QString& before) override;
-  void moveTo(int row, int column) override;
+  bool moveTo(int row, int column) override;
   void guarded(const std::function<void()>& act) override;
 
   void BeginCellEdit();

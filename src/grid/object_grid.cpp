@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/errors.h"
-#include "base/fault.h"
 #include "base/number_text.h"
 #include "grid/records.h"
 #include "grid/rules.h"
@@ -29,7 +28,9 @@ TextTable filledTable(ObjectKind kind, const model::ObjectTables& tables) {
 }
 
 void requireTableSize(std::size_t rows) {
-  base::toInt16(static_cast<long long>(rows), "number of rows");
+  if (rows > std::size_t{model::kMaxRows})
+    throw base::InputError("A table holds at most " + base::plainText(model::kMaxRows) +
+                           " rows: remove some.");
 }
 
 /// Every row end as one CR, and none at the very end. This platform ends lines with a LF alone; a LF behind a
@@ -119,7 +120,7 @@ model::ObjectTables ObjectGrid::rowAsTables(int row) const {
 }
 
 bool ObjectGrid::opensEditor(int row, int column) const {
-  static_cast<void>(text(row, column));
+  requireCell(row, column);
   const Column& cell = columnsOf(m_kind)[static_cast<std::size_t>(column)];
   if (cell.cell == CellKind::Fixed) return false;
   return !cell.opensIf || text(row, cell.opensIf->column) == cell.opensIf->text;
@@ -127,7 +128,7 @@ bool ObjectGrid::opensEditor(int row, int column) const {
 
 Extent ObjectGrid::commit(int row, int column, const std::string& text, const std::string& before,
                           const Report& report) {
-  static_cast<void>(this->text(row, column));
+  requireCell(row, column);
   const Column& cell = columnsOf(m_kind)[static_cast<std::size_t>(column)];
   if (cell.cell == CellKind::Fixed) {
     throw base::InternalError(base::kImpossibleCase, "editor of " + std::string(cell.key));
@@ -260,8 +261,12 @@ Summary ObjectGrid::summary(const Selection& selection) const {
 }
 
 void ObjectGrid::requireInside(const Selection& selection) const {
-  static_cast<void>(text(selection.top(), selection.left()));
-  static_cast<void>(text(selection.bottom(), selection.right()));
+  requireCell(selection.top(), selection.left());
+  requireCell(selection.bottom(), selection.right());
+}
+
+void ObjectGrid::requireCell(int row, int column) const {
+  static_cast<void>(m_table.text(row, column));  // raises what is outside
 }
 
 }  // namespace torvik::grid

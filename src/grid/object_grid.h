@@ -47,7 +47,7 @@ class ObjectGrid {
 
   /// Puts the data rows, closed up, in place of the table of this kind; the others are not touched. A field
   /// stays 0 where its cell is empty or `isUnreadable`; an integer is rounded, a half to even.
-  /// @throws NumericFault Overflow for more than `model::kMaxRows` data rows; the tables are as they were
+  /// @throws InputError for more than `model::kMaxRows` data rows; the tables are as they were
   /// then
   void StoreGridToTables(model::ObjectTables& tables) const;
   /// One row as `StoreGridToTables` would read it, blank or not, alone in its table.
@@ -86,7 +86,7 @@ class ObjectGrid {
   Extent removeRows(const Selection& selection);
   /// Puts the rows of the table of this kind behind the last row that has data, into new rows where the grid
   /// has not enough behind it: those show no number. @return the place of the new rows
-  /// @throws InternalError 51 as the constructor; NumericFault Overflow where the grid would hold more data
+  /// @throws InternalError 51 as the constructor; InputError where the grid would hold more data
   ///         rows than a table can. Nothing changed then.
   Extent append(const model::ObjectTables& rows);
 
@@ -100,6 +100,7 @@ class ObjectGrid {
 
  private:
   void requireInside(const Selection& selection) const;
+  void requireCell(int row, int column) const;
 
   ObjectKind m_kind;
   TextTable m_table;

@@ -25,7 +25,8 @@ constexpr Derived kOfSides[] = {{"Area", Formula::Product, "Width", "Height"}};
 constexpr Derived kOfFlexure[] = {{"FlexuralStrain", Formula::Quotient, "FlexuralStress", "ElasticModulus"}};
 constexpr Derived kOfYield[] = {{"YieldStrain", Formula::Quotient, "YieldStress", "ElasticModulus"}};
 constexpr Derived kOfFile[] = {{"Type", Formula::FileType, "File", ""}};
-constexpr Derived kOfSize[] = {{"Area", Formula::SizeArea, "Diameter", ""}};
+constexpr Derived kOfBarSize[] = {{"Area", Formula::BarArea, "Diameter", ""}};
+constexpr Derived kOfTendonSize[] = {{"Area", Formula::TendonArea, "Diameter", ""}};
 constexpr Derived kOfDepth[] = {{"SheathDepth", Formula::SameText, "Depth", ""}};
 constexpr Derived kOfSheath[] = {{"SheathArea", Formula::Circle, "SheathDiameter", ""}};
 constexpr Derived kOfPrestressing[] = {{"SheathArea", Formula::ZeroIfPreTensioned, "Prestressing", ""}};
@@ -77,14 +78,14 @@ constexpr Rule kRules[] = {
 
     derive(kBar, "File", kOfFile),
     withinSpin(kBar, "Number", kShouldBe),
-    derive(kBar, "Diameter", kOfSize),
+    derive(kBar, "Diameter", kOfBarSize),
     derive(kBar, "ElasticModulus", kOfYield),
     derive(kBar, "YieldStress", kOfYield),
     warnAbove(kBar, "UltimateStrain", kLargeSteelStrain, kTooLarge),
 
     derive(kTendon, "File", kOfFile),
     withinSpin(kTendon, "Number", kShouldBe),
-    derive(kTendon, "Diameter", kOfSize),
+    derive(kTendon, "Diameter", kOfTendonSize),
     derive(kTendon, "Depth", kOfDepth),
     derive(kTendon, "Prestressing", kOfPrestressing),
     derive(kTendon, "SheathDiameter", kOfSheath),
@@ -137,14 +138,10 @@ class Application {
         return base::plainText(quotient(number(derived.a), number(derived.b)));
       case Formula::Circle:
         return base::plainText(finite(materials::circleArea(number(derived.a))));
-      case Formula::SizeArea: {
-        const auto sizes =
-            m_rule.kind == kBar ? materials::barDesignations() : materials::tendonDesignations();
-        if (const auto area = materials::designationArea(sizes, text(derived.a))) {
-          return base::plainText(*area);
-        }
-        return base::plainText(finite(materials::circleArea(number(derived.a))));
-      }
+      case Formula::BarArea:
+        return sizeArea(materials::barDesignations(), derived.a);
+      case Formula::TendonArea:
+        return sizeArea(materials::tendonDesignations(), derived.a);
       case Formula::SameText:
         return text(derived.a);
       case Formula::FileType:
@@ -167,6 +164,12 @@ class Application {
     return m_edit.table().text(m_row, columnOf(m_rule.kind, key));
   }
   [[nodiscard]] double number(std::string_view key) const { return base::numberOf(text(key), "cell"); }
+  /// Of a designation, else of a plain diameter.
+  [[nodiscard]] std::string sizeArea(std::span<const materials::Designation> sizes,
+                                     std::string_view key) const {
+    const auto area = materials::designationArea(sizes, text(key));
+    return base::plainText(area ? *area : finite(materials::circleArea(number(key))));
+  }
   [[nodiscard]] static double finite(double value) { return base::finite(value, "derived cell"); }
   [[nodiscard]] static double quotient(double a, double b) { return base::divide(a, b, "derived cell"); }
   [[nodiscard]] const SpinRange& spin() const {

@@ -31,7 +31,8 @@ enum class Formula {
   Product,             ///< a * b
   Quotient,            ///< a / b
   Circle,              ///< area of diameter a
-  SizeArea,            ///< area of the designation a, else of the diameter a
+  BarArea,             ///< area of the designation a, else of the diameter a
+  TendonArea,          ///< the same of a tendon
   SameText,            ///< the text of a
   FileType,            ///< "File" where a has text, else empty
   ZeroIfPreTensioned,  ///< "0" where a is "Pre-tensioning", else no change

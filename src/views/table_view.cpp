@@ -59,6 +59,7 @@ class CellDelegate : public QStyledItemDelegate {
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (option->state & QStyle::State_Selected) showMark(*option, index);
     if (!m_view.shortensNumbers() || option->rect.isEmpty()) return;
     const int room = option->rect.width() - 2 * cellMargin(m_view);
     if (widthOf(option->text, option->font) <= room) return;
@@ -70,6 +71,18 @@ class CellDelegate : public QStyledItemDelegate {
   }
 
  private:
+  /// The colour of a cell is to be seen in a selection too.
+  static void showMark(QStyleOptionViewItem& option, const QModelIndex& index) {
+    const QVariant back = index.data(Qt::BackgroundRole);
+    if (!back.canConvert<QColor>()) return;
+    const QColor mark = back.value<QColor>();
+    const QColor highlight = option.palette.color(QPalette::Highlight);
+    option.palette.setColor(QPalette::Highlight, QColor((3 * mark.red() + highlight.red()) / 4,
+                                                        (3 * mark.green() + highlight.green()) / 4,
+                                                        (3 * mark.blue() + highlight.blue()) / 4));
+    option.palette.setColor(QPalette::HighlightedText, index.data(Qt::ForegroundRole).value<QColor>());
+  }
+
   TableView& m_view;
 };
 
@@ -122,7 +135,7 @@ void drawHeading(QPainter& painter, const QRect& rect, const QString& text, cons
   QFont fontToUse = font;
   Heading heading;
   const QString breakable = hyphenated(text);
-  for (const qreal scale : {1.0, 0.9, 0.8}) {
+  for (const qreal scale : {1.0, 0.9, 0.8, 0.7}) {
     if (font.pointSizeF() > 0)
       fontToUse.setPointSizeF(font.pointSizeF() * scale);
     else
@@ -371,7 +384,7 @@ int TableView::columnTwips(int gridColumn) const {
 }
 
 void TableView::setColumnTwips(int gridColumn, int twips) {
-  if (twips < 0) twips = kOriginalColumnWidth;
+  if (twips <= 0) twips = kOriginalColumnWidth;  // a column that can not be seen can not be dragged either
   twips = std::min(twips, twipsOfPixels(kWidestColumn - 1, logicalDpiX()));
   const auto i = static_cast<std::size_t>(gridColumn);
   if (m_twips.size() <= i) m_twips.resize(i + 1, kOriginalColumnWidth);

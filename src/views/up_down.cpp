@@ -12,10 +12,12 @@ namespace torvik::views {
 
 UpDown::UpDown(QLineEdit& box, const UpDownRange& range, QWidget* parent)
     : QWidget(parent), m_box(box), m_range(range) {
+  setAutoFillBackground(true);
+  setFocusPolicy(Qt::ClickFocus);  // else a press between the buttons would go on to what lies below
+  setFocusProxy(&box);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  const int height = box.sizeHint().height();
   for (const int direction : {1, -1}) {
     auto* button = new QToolButton;
     button->setObjectName(direction > 0 ? "Up" : "Down");
@@ -23,11 +25,16 @@ UpDown::UpDown(QLineEdit& box, const UpDownRange& range, QWidget* parent)
     button->setArrowType(direction > 0 ? Qt::UpArrow : Qt::DownArrow);
     button->setAutoRepeat(true);
     button->setFocusPolicy(Qt::NoFocus);
-    button->setFixedSize(height * 4 / 5, height / 2);
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     connect(button, &QToolButton::clicked, this, [this, direction] { step(direction); });
     layout->addWidget(button);
   }
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize UpDown::sizeHint() const {
+  const int height = m_box.sizeHint().height();
+  return {height * 4 / 5, height};
 }
 
 double UpDown::bounded(double value) const {

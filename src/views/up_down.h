@@ -15,15 +15,17 @@ struct UpDownRange {
   int initial;  ///< stands for the value while the box holds no number
 };
 
-/// The two spin buttons of a text box.
+/// The two spin buttons of a text box; the box keeps the focus and its whole text is selected.
 class UpDown : public QWidget {
   Q_OBJECT
 
  public:
   UpDown(QLineEdit& box, const UpDownRange& range, QWidget* parent = nullptr);
+  void setRange(const UpDownRange& range) { m_range = range; }
 
   /// `value` raised to the minimum or lowered to the maximum.
   [[nodiscard]] double bounded(double value) const;
+  [[nodiscard]] QSize sizeHint() const override;
 
  public slots:
   /// Up (1) or down (-1) by the increment, within the bounds.

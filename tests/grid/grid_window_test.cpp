@@ -12,6 +12,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScrollBar>
+#include <QWheelEvent>
 #include <QtTest/QtTest>
 #include <functional>
 #include <map>
@@ -176,6 +177,7 @@ TEST_F(GridWindowTest, KeysLeaveEditors) {
       {5, 7, "3^", "3", "4,7", ""},
       {5, 7, "3v", "3", "6,7", ""},
       {11, 7, "3v", "3", "11,7", ""},
+      {11, 7, "3E", "3", "11,7", ""},
       {0, 0, "FSv", "+", "1,0", ""},
       {0, 0, "FSE", "+", "1,0", ""},
       {0, 0, "FS<", "+", "0,0", ""},
@@ -247,14 +249,14 @@ TEST_F(GridWindowTest, SpinButtonsCountWithinTheirRange) {
   window->resize(900, 300);
   select(0, 4);
   type("F");
-  auto& up = control<QWidget>("UpDown1Up");
+  auto& up = control<QWidget>("Up");
   QTest::mouseClick(&up, Qt::LeftButton);
   EXPECT_EQ(overlay(), "Text1:100UpDown1");
   EXPECT_EQ(control<QLineEdit>("Text1").selectedText(), "100");
   type("980");
   QTest::mouseClick(&up, Qt::LeftButton);
   EXPECT_EQ(overlay(), "Text1:1000UpDown1");
-  QTest::mouseClick(&control<QWidget>("UpDown1Down"), Qt::LeftButton);
+  QTest::mouseClick(&control<QWidget>("Down"), Qt::LeftButton);
   type("E");
   EXPECT_EQ(cell(0, 4) + " " + cell(0, 5), "950 2.10526315789474");
 }
@@ -299,6 +301,79 @@ TEST_F(GridWindowTest, ClipboardKeys) {
   press(Qt::Key_Backspace, Qt::ShiftModifier);
   EXPECT_EQ(cell(11, 7) + QApplication::clipboard()->text().toStdString(), "a\r\nb");
   EXPECT_TRUE(document.SavedFlag);
+}
+
+TEST_F(GridWindowTest, EditorsTakeOneCellFromTheClipboard) {
+  const struct {
+    int column;
+    const char* clipboard;
+    const char* keys;  ///< after the paste
+    const char* text;
+    const char* type;  ///< of the row then
+  } kRows[] = {{7, "333\n", "T", "333", "Elastic"},
+               {7, "1\t2\r\n3", "T", "1", "Elastic"},
+               {5, "16\r\n", "E", "16", "Elastic"},
+               {3, "/a.ss\n", "T", "/a.ss", "File"},
+               {3, "/a.ss", "bT", "/a.ssb", "File"}};
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(testing::Message() << row.column << " " << row.clipboard);
+    open(ObjectKind::Bar);
+    QApplication::clipboard()->setText(row.clipboard);
+    select(0, row.column);
+    type("F");
+    press(Qt::Key_V, Qt::ControlModifier);
+    type(row.keys);
+    EXPECT_EQ(cell(0, row.column), row.text);
+    EXPECT_EQ(cell(0, 2), row.type);
+  }
+  open(ObjectKind::Bar);
+  QApplication::clipboard()->setImage(QImage(2, 2, QImage::Format_RGB32));
+  select(0, 7);
+  press(Qt::Key_Insert, Qt::ShiftModifier);
+  EXPECT_EQ(cell(0, 7), "12") << "no text, nothing to paste";
+}
+
+TEST_F(GridWindowTest, EscKeepsATextThatTheListDoesNotHave) {
+  initial.Bars[0].Type = "elastic";
+  open(ObjectKind::Bar);
+  select(0, 2);
+  type("FX");
+  window->finishEditing();
+  EXPECT_EQ(cell(0, 2), "elastic");
+}
+
+TEST_F(GridWindowTest, WidthsComeBackAndGiveWayToControls) {
+  shell.settings.ProfileWrite("frmGrid", "2ColWidth8", "1500");
+  shell.settings.ProfileWrite("frmGrid", "2ColWidth6", "150");  // Diameter, a combo box
+  shell.settings.ProfileWrite("frmGrid", "2ColWidth5", "30");   // Number, a spinner
+  shell.settings.ProfileWrite("frmGrid", "2ColWidth4", "0");
+  open(ObjectKind::Bar);
+  EXPECT_EQ(view->columnTwips(8), 1500);
+  EXPECT_EQ(view->columnTwips(4), 800) << "what can not be seen can not be dragged";
+  select(0, 5);
+  type("F");
+  EXPECT_GE(view->columnWidth(5), control<QComboBox>("DropDownCombo1").minimumSizeHint().width());
+  window->finishEditing();
+  select(0, 4);
+  type("F");
+  EXPECT_EQ(view->columnTwips(5), 800);
+}
+
+TEST_F(GridWindowTest, TheMouseScrollsOverAnEditorAndBringsTheMenu) {
+  open(ObjectKind::Bar);
+  window->frame()->resize(900, 200);
+  QCoreApplication::processEvents();
+  select(0, 7);
+  type("5");
+  const QPoint place = control<QLineEdit>("Text1").rect().center();
+  QWheelEvent wheel(place, control<QLineEdit>("Text1").mapToGlobal(place), {}, {0, -240}, Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&control<QLineEdit>("Text1"), &wheel);
+  EXPECT_GT(view->verticalScrollBar()->value(), 0);
+  EXPECT_EQ(cell(0, 7) + overlay(), "5");
+  QContextMenuEvent menu(QContextMenuEvent::Mouse, {60, 60}, view->viewport()->mapToGlobal(QPoint(60, 60)));
+  QApplication::sendEvent(view->viewport(), &menu);
+  EXPECT_EQ(shell.popups, 1);
 }
 
 TEST_F(GridWindowTest, EveryKindOfChangeIsUndone) {
@@ -374,6 +449,11 @@ TEST_F(GridWindowTest, BytesThatNobodyEditedStay) {
   EXPECT_EQ(overlay(), "Command1:\u00E9.ss");
   type("T");
   EXPECT_EQ(cell(0, 3), "\xE9.ss");
+  select(0, 3);
+  window->cut();
+  select(1, 3);
+  window->paste();
+  EXPECT_EQ(cell(1, 3), "\xE9.ss");
 }
 
 }  // namespace

@@ -102,14 +102,15 @@ TEST(Tables, HoldNoMoreRowsThanSixteenBitsCount) {
   tables.AxialForces.resize(model::kMaxRows);
   ObjectGrid grid(kForce, tables);
   const model::ObjectTables one{.Beams = {}, .Solids = {}, .Bars = {}, .Tendons = {}, .AxialForces = {{}}};
-  EXPECT_EQ(tests::messageOf([&] { return grid.append(one); }), "number of rows: overflow");
+  EXPECT_EQ(tests::messageOf([&] { return grid.append(one); }),
+            "A table holds at most 32767 rows: remove some.");
   grid.paste(at(model::kMaxRows, 0), "+");
   tables = one;
   EXPECT_EQ(tests::messageOf([&] {
               grid.StoreGridToTables(tables);
               return 0;
             }),
-            "number of rows: overflow");
+            "A table holds at most 32767 rows: remove some.");
   EXPECT_EQ(tables.AxialForces.size(), 1U);
   grid.undo();
   grid.StoreGridToTables(tables);
