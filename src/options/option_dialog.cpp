@@ -75,6 +75,7 @@ void OptionDialog::connectRules() {
       });
     }
   auto* nextTab = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), this);
+  connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, &OptionDialog::help);
   connect(nextTab, &QShortcut::activated, this, [this] { m_tabs->setCurrentIndex(tab() % kTabs); });
 }
 
@@ -179,13 +180,13 @@ void OptionDialog::ok() {
   writeSelectedTab();
   m_buttons[0]->setFocus();  // Enter leaves no box by itself
   showMessages();
-  applyAxes();
   guarded([this] {
     m_shell.writeSettings([this](base::ProfileFile& settings) {
       for (const OptionField& one : m_fields)
         if (const auto value = one.value())
           settings.ProfileWrite(base::kOptionSection, one.key().name, *value);
     });
+    applyAxes();
     accept();
   });
 }

@@ -5,6 +5,9 @@
 #include <cmath>
 #include <vector>
 
+#include "base/errors.h"
+#include "base/fault.h"
+
 namespace torvik::views {
 
 namespace {
@@ -17,6 +20,7 @@ const QColor kGreen(0, 255, 0);
 const QColor kBlue(0, 0, 255);
 
 double equivalentDiameter(double Area) {
+  if (Area < 0) throw base::NumericFault(base::NumericFault::Kind::InvalidOperation, "diameter of a mark");
   return std::sqrt(Area * 4 / kPi);
 }
 
@@ -41,8 +45,8 @@ struct Points {
     y.clear();
   }
   void add(double atX, double atY) {
-    x.push_back(atX);
-    y.push_back(atY);
+    x.push_back(base::finite(atX, "place in the figure"));
+    y.push_back(base::finite(atY, "place in the figure"));
   }
   void writeTo(ChartControl& chart, int firstColumn) const { chart.setPair(firstColumn, x, y); }
 };
@@ -141,19 +145,6 @@ void drawSection(ChartControl& chart, const model::ObjectTables& job) {
   drawing.addMarks("Bar", job.Bars, MarkerStyle::Square, kRed);
   drawing.addMarks("Tendon", job.Tendons, MarkerStyle::Circle, kGreen);
   drawing.addMarks("Axial Force", job.AxialForces, MarkerStyle::Diamond, kBlue);
-}
-
-void drawSectionOutline(ChartControl& chart, std::span<const QPointF> whole,
-                        std::span<const QPointF> hollow) {
-  chart.setRowCount(0);
-  chart.setRowCount(static_cast<int>(std::max({whole.size(), hollow.size(), std::size_t{1}})));
-  int column = 1;
-  for (const auto& outline : {whole, hollow}) {
-    Points points;
-    for (const QPointF& point : outline) points.add(point.x(), point.y());
-    points.writeTo(chart, column);
-    column += 2;
-  }
 }
 
 }  // namespace torvik::views

@@ -116,6 +116,7 @@ Heading layOutHeading(const QString& text, const QFont& font, const QSizeF& size
     line.setLineWidth(size.width());
     if (heading.height + line.height() > size.height()) {
       fits = false;
+      line.setPosition(QPointF(0, 2 * size.height()));  // out of sight
       break;
     }
     line.setPosition(QPointF(0, heading.height));

@@ -19,6 +19,7 @@ struct FieldKey {
 };
 
 inline constexpr std::size_t kNumberField = 11;
+inline constexpr int kFibresStep = 5;  ///< of the up-down control
 inline constexpr std::size_t kHeightField = 12;
 /// In the order of the keys. A depth may lie above the level 0.
 inline constexpr std::array<FieldKey, 13> kFields = {{

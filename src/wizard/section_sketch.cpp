@@ -149,7 +149,7 @@ std::string countText(const SectionShape& s, const std::vector<model::SolidObjec
 }  // namespace
 
 SectionSketch sketchSection(const SectionShape& shape) {
-  SectionSketch sketch{wholeLine(shape), hollowLine(shape), {}, missingDimension(shape)};
+  SectionSketch sketch{wholeLine(shape), hollowLine(shape), {}, {}};
   model::ObjectTables cut;
   try {
     // Defaults of rows have no part in the geometry.
@@ -158,9 +158,11 @@ SectionSketch sketchSection(const SectionShape& shape) {
   } catch (const base::NumericFault&) {
     cut.Solids.clear();
   }
-  if (sketch.summary.empty()) {
-    sketch.summary = cut.Solids.empty() ? reasonOf(shape) : countText(shape, cut.Solids);
-  }
+  const std::string missing = missingDimension(shape);
+  if (cut.Solids.empty())
+    sketch.summary = missing.empty() ? reasonOf(shape) : missing;
+  else
+    sketch.summary = countText(shape, cut.Solids) + (missing.empty() ? "" : " " + missing);
   return sketch;
 }
 

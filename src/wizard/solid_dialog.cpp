@@ -2,14 +2,11 @@
 #include "wizard/solid_dialog.h"
 
 #include <QApplication>
-#include <QKeyEvent>
-#include <QTimer>
 #include <algorithm>
 #include <cmath>
 #include <string_view>
 
 #include "base/errors.h"
-#include "base/key_filter.h"
 #include "base/number_text.h"
 #include "views/shown_text.h"
 #include "wizard/dialog_fields.h"
@@ -33,7 +30,8 @@ std::string storedText(const base::ProfileFile& file, std::size_t field) {
 }
 
 void checkStored(QButtonGroup& group, const base::ProfileFile& file, std::string_view key, int byDefault) {
-  const int id = file.ProfileGetInt16(kSection, key, static_cast<std::int16_t>(byDefault));
+  group.button(byDefault)->setChecked(true);
+  const int id = file.ProfileGetInt(kSection, key, byDefault);
   QAbstractButton* button = group.button(id);
   if (!button) {
     throw base::InputError::ofKey(
@@ -62,12 +60,24 @@ base::ProfileFile SolidDialog::stored() const {
 
 void SolidDialog::load() {
   const base::ProfileFile file = stored();
-  checkStored(*m_whole, file, "Whole", static_cast<int>(WholeShape::Tapered));
-  checkStored(*m_hollow, file, "Hollow", static_cast<int>(HollowShape::None));
+  QStringList bad;
+  const auto read = [&](const auto& take) {
+    try {
+      take();
+    } catch (const base::InputError& error) {
+      bad.append(views::shownText(error.what()));
+    }
+  };
+  read([&] { checkStored(*m_whole, file, "Whole", static_cast<int>(WholeShape::Tapered)); });
+  read([&] { checkStored(*m_hollow, file, "Hollow", static_cast<int>(HollowShape::None)); });
   for (std::size_t i = 0; i < kFields.size(); ++i) {
-    if (i == kNumberField) checkStored(*m_mode, file, "Fibers", static_cast<int>(FibreMode::InNumber));
-    m_boxes[i]->setText(QString::fromStdString(storedText(file, i)));
+    if (i == kNumberField)
+      read([&] { checkStored(*m_mode, file, "Fibers", static_cast<int>(FibreMode::InNumber)); });
+    m_boxes[i]->setText(views::shownText(base::plainText(kFields.at(i).defaultValue)));
+    read([&] { m_boxes[i]->setText(QString::fromStdString(storedText(file, i))); });
   }
+  // Told, with the defaults in their places: the user can put it right here.
+  if (!bad.isEmpty()) m_shell.showMessage(bad.join('\n'));
 }
 
 void SolidDialog::keep() {
@@ -162,8 +172,6 @@ std::optional<SectionShape> SolidDialog::shape() const {
 
 void SolidDialog::redraw() {
   if (const auto section = shape()) {
-    const QSignalBlocker quiet(m_upDown);
-    m_upDown->setValue(section->fibreNumber);
     m_preview->showSketch(sketchSection(*section), m_pages->currentIndex() == m_pages->count() - 1);
   } else {
     m_preview->showText("A field holds no number.");
@@ -204,40 +212,6 @@ bool SolidDialog::checkPage() {
     if (m_boxes[i]->isVisibleTo(this) && m_boxes[i]->isEnabled()) quiet = check(i) && quiet;
   }
   return quiet;
-}
-
-bool SolidDialog::eventFilter(QObject* watched, QEvent* event) {
-  const auto found = std::ranges::find(m_boxes, watched);
-  if (found == m_boxes.end()) return QDialog::eventFilter(watched, event);
-  QLineEdit* box = *found;
-  const auto field = static_cast<std::size_t>(found - m_boxes.begin());
-  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    // Another window, a message box too, only borrows the focus.
-    if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return false;
-    if (event->type() == QEvent::FocusIn) {
-      box->selectAll();
-      // The rest of a click would undo that.
-      if (reason == Qt::MouseFocusReason) QTimer::singleShot(0, box, &QLineEdit::selectAll);
-    } else {
-      check(field);
-      redraw();
-    }
-  }
-  if (event->type() == QEvent::KeyPress) {
-    const auto* key = static_cast<QKeyEvent*>(event);
-    const QString text = key->text();
-    const bool typed = text.size() == 1 && (text[0].isPrint() || text[0] == '\b');
-    if (typed && base::KeyFilter(text[0].unicode(), kFields.at(field).filter) == 0) {
-      QApplication::beep();
-      return true;
-    }
-    if (field == kNumberField && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
-      m_upDown->stepBy(key->key() == Qt::Key_Up ? 1 : -1);
-      return true;
-    }
-  }
-  return QDialog::eventFilter(watched, event);
 }
 
 // ---- Leaving

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QStackedWidget>
 #include <array>
 #include <functional>
@@ -16,6 +15,7 @@
 #include "base/profile.h"
 #include "model/input_file.h"
 #include "views/shell.h"
+#include "views/up_down.h"
 #include "wizard/fibre_generation.h"
 #include "wizard/section_preview.h"
 
@@ -31,7 +31,8 @@ class SolidDialog : public QDialog {
   static constexpr int kCancelled = 32755;
 
   /// @param openHelp  opens the help at a topic
-  /// @throws InputError of the key that holds no value of its kind, or where the file can not be read
+  /// A key that holds no value of its kind is told, and its default shown.
+  /// @throws InputError where the file can not be read
   SolidDialog(views::Shell& shell, const model::Document& document,
               std::function<void(const QString&)> openHelp, QWidget* parent = nullptr);
 
@@ -42,7 +43,6 @@ class SolidDialog : public QDialog {
 
  protected:
   void changeEvent(QEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   enum Button : std::size_t { kNext, kBack, kFinish, kCancel, kHelp };
@@ -80,7 +80,7 @@ class SolidDialog : public QDialog {
   std::vector<QLabel*> m_letters;   ///< of the dimensions
   std::array<QLabel*, 3> m_wholePictures{};
   std::array<QLabel*, 3> m_hollowPictures{};
-  QSpinBox* m_upDown = nullptr;
+  views::UpDown* m_upDown = nullptr;
   std::array<QPushButton*, 5> m_buttons{};
   SectionPreview* m_preview = nullptr;
   model::ObjectTables m_generated;

@@ -9,6 +9,7 @@
 #include <QSvgRenderer>
 #include <utility>
 
+#include "views/entry_box.h"
 #include "wizard/dialog_fields.h"
 #include "wizard/solid_dialog.h"
 
@@ -69,10 +70,6 @@ SolidDialog::SolidDialog(views::Shell& shell, const model::Document& document,
     });
   }
   for (QLineEdit* box : m_boxes) connect(box, &QLineEdit::textChanged, this, &SolidDialog::redraw);
-  connect(m_upDown, &QSpinBox::valueChanged, this, [this](int value) {
-    m_boxes[kNumberField]->setText(QString::number(value));
-    m_boxes[kNumberField]->selectAll();
-  });
   showPage(0);
 }
 
@@ -103,12 +100,15 @@ QWidget* SolidDialog::buildShapePage() {
 }
 
 QLineEdit* SolidDialog::addBox(std::size_t field) {
-  auto* box = new QLineEdit;
+  auto* box = new views::EntryBox(kFields.at(field).filter);
   box->setObjectName(kFields.at(field).box);
   box->setMaxLength(254);  // what a key can hold
   box->setAlignment(Qt::AlignRight);
   box->setMaximumWidth(110);
-  box->installEventFilter(this);
+  connect(box, &views::EntryBox::left, this, [this, field] {
+    check(field);
+    redraw();
+  });
   m_boxes.push_back(box);
   return box;
 }
@@ -165,13 +165,10 @@ QWidget* SolidDialog::buildFibrePage() {
     fields->addWidget(choice, row, 0);
     fields->addWidget(addBox(kNumberField + i), row, 1);
   }
-  m_upDown = new QSpinBox;
+  auto& fibres = static_cast<views::EntryBox&>(*m_boxes[kNumberField]);
+  m_upDown = new views::UpDown(fibres, {kFewestFibres, kMostFibres, kFibresStep, kFewestFibres});
   m_upDown->setObjectName("UpDown21");
-  m_upDown->setRange(kFewestFibres, kMostFibres);
-  m_upDown->setSingleStep(5);
-  m_upDown->setFocusPolicy(Qt::NoFocus);
-  m_upDown->findChild<QLineEdit*>()->hide();  // its value stands in Text21
-  m_upDown->setFixedWidth(19);
+  connect(&fibres, &views::EntryBox::arrowPressed, m_upDown, &views::UpDown::step);
   fields->addWidget(m_upDown, 0, 2);
   fields->addWidget(new QLabel("mm"), 1, 2);
   fields->setColumnStretch(3, 1);

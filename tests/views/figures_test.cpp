@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "analysis/models.h"
+#include "base/errors.h"
 #include "base/temporary_folder.h"
 #include "views/chart_window.h"
 #include "views/fake_shell.h"
@@ -54,11 +55,8 @@ TEST(Figures, section_has_a_series_for_each_object) {
   EXPECT_EQ(chart.RowCount(), 7);
   EXPECT_EQ(seriesOf(chart, 5), "50,0;50,-50;-50,-50;-50,0;50,0;");
 
-  const std::vector<QPointF> whole = {{1, 0}, {1, -2}, {-1, -2}};
-  const std::vector<QPointF> hollow = {{0.5, -1}};
-  chart.setColumnCount(4);
-  drawSectionOutline(chart, whole, hollow);
-  EXPECT_EQ(matrixOf(chart), "1,0,0.5,-1;1,-2,,;-1,-2,,;");
+  job.Bars[0].Area = -1;
+  EXPECT_THROW(drawSection(chart, job), base::NumericFault);
 }
 
 TEST(Figures, beam_is_drawn_with_a_margin_for_the_scale) {
