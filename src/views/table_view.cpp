@@ -27,7 +27,7 @@ namespace {
 
 constexpr int kSmallestColumn = 12;  ///< that a column can be dragged to, in pixels
 constexpr int kHeaderMargin = 1;
-constexpr qsizetype kLongWord = 9;
+constexpr qsizetype kLongWord = 8;
 constexpr int kSignificantDigits = 15;
 constexpr double kSmallestFixed = 0.001;  ///< smaller ones lose their digits behind the zeros
 constexpr int kWidestColumn = 1 << 20;
@@ -91,7 +91,7 @@ QString hyphenated(const QString& text) {
   QStringList words = text.split(QLatin1Char(' '));
   for (QString& word : words) {
     if (word.size() < kLongWord) continue;
-    for (const char* const ending : {"ing", "ment", "ric", "sion", "tion", "ture"})
+    for (const char* const ending : {"ing", "ment", "meter", "ric", "sion", "tion", "ture"})
       word.replace(QLatin1String(ending), QChar(QChar::SoftHyphen) + QLatin1String(ending));
   }
   return words.join(QLatin1Char(' '));
