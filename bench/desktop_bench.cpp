@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // build/release/bench/torvik-desktop-bench MODEL.inp...
 // Jobs in the window with all result windows open beside the same jobs without a window, and how long End
-// takes.
+// takes; then how long the commands on a large model take.
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
@@ -12,7 +12,9 @@
 #include "analysis/job.h"
 #include "app/main_window.h"
 #include "base/settings.h"
+#include "model/default_rows.h"
 #include "surroundings.h"
+#include "wizard/fibre_generation.h"
 
 namespace {
 
@@ -36,6 +38,33 @@ class NoSounds : public app::SoundPlayer {
  public:
   void play(const QString&) override {}
 };
+
+void timeCommands(app::MainWindow& window, app::Program& program, int fibres) {
+  model::ObjectTables& tables = program.document.tables;
+  tables = {};
+  model::AddDefaultRows(tables, model::ObjectKind::Beam, 1, base::ProfileFile());
+  tables.Beams[0].Span = 6000;
+  wizard::SectionShape shape;
+  shape.A = shape.B = 400;
+  shape.C = 800;
+  shape.fibreNumber = fibres;
+  wizard::GenerateFibers(shape, tables, base::ProfileFile());
+  const auto time = [](const auto& act) {
+    QElapsedTimer clock;
+    clock.start();
+    act();
+    QApplication::processEvents();
+    return static_cast<double>(clock.nsecsElapsed()) * 1e-6;
+  };
+  const double open = time([&] { window.menuAction("mnuObjectSetting", 1).trigger(); });
+  const double select = time([&] { window.menuAction("mnuEditEdit", 4).trigger(); });
+  const double clear = time([&] { window.menuAction("mnuEditEdit", 3).trigger(); });
+  const double undo = time([&] { window.menuAction("mnuEditUndo").trigger(); });
+  const double figure = time([&] { window.menuAction("mnuObjectFigure").trigger(); });
+  const double close = time([&] { (void)window.closeAllChildren(); });
+  std::printf("%8d %10.1f %10.1f %10.1f %10.1f %10.1f %10.1f\n", fibres, open, select, clear, undo, figure,
+              close);
+}
 
 }  // namespace
 
@@ -93,5 +122,8 @@ int main(int argc, char** argv) {
     std::printf("%-40s %8d %12.4f %12.4f %8.1f %12.1f\n", argv[i], outcome.rows, headless, inWindow,
                 inWindow / headless, endAfter);
   }
+  std::printf("\n%8s %10s %10s %10s %10s %10s %10s   (ms)\n", "fibres", "open grid", "select all", "delete",
+              "undo", "figure", "close");
+  for (const int fibres : {100, 1000, 10000}) timeCommands(window, program, fibres);
   return 0;
 }
