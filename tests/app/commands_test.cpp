@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <QDropEvent>
 #include <QFocusEvent>
+#include <QMimeData>
 
 #include "analysis/section_parameters.h"
 #include "app/start_up.h"
@@ -78,6 +80,25 @@ TEST_F(Commands, OpenRunsSeveralFilesFromTheLastToTheFirst) {
   EXPECT_EQ(order, QStringList({"c.inp", "b.inp", "a.inp"}));
   EXPECT_TRUE(program.BatchMode);
   EXPECT_EQ(log.filter("box:"), QStringList());
+}
+
+TEST_F(Commands, DroppedFilesAreReadAndRunButFoldersAreNot) {
+  onlyWindows({"TableSolver"});
+  QMimeData dropped;
+  dropped.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path().string())),
+                   QUrl::fromLocalFile(QString::fromStdString(model("a.inp", smallBeam()))),
+                   QUrl::fromLocalFile(QString::fromStdString(path("gone.inp")))});
+  open();
+  QDragEnterEvent enter({50, 50}, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window.get(), &enter);
+  QDropEvent drop({50, 50}, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window.get(), &drop);
+  EXPECT_TRUE(drop.isAccepted());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return log.filter("Can't open").size() == 1; }, 5000));
+  EXPECT_EQ(log.filter("Can't open"),
+            QStringList("box: Can't open " + QString::fromStdString(path("gone.inp"))));
+  EXPECT_EQ(program.document.currentFile, path("a.inp"));
+  EXPECT_GT(solverRows(), 20);
 }
 
 TEST_F(Commands, ANoKeepsUnsavedEditsAndTheirWindows) {
