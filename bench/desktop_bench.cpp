@@ -7,10 +7,12 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <cmath>
 #include <cstdio>
 
 #include "analysis/job.h"
 #include "app/main_window.h"
+#include "base/number_text.h"
 #include "base/settings.h"
 #include "model/default_rows.h"
 #include "surroundings.h"
@@ -119,8 +121,9 @@ int main(int argc, char** argv) {
     });
     start.trigger();
     if (endAfter == 0) endAfter = static_cast<double>(clock.nsecsElapsed()) * 1e-6;
-    std::printf("%-40s %8d %12.4f %12.4f %8.1f %12.1f\n", argv[i], outcome.rows, headless, inWindow,
-                inWindow / headless, endAfter);
+    const std::string end = endAfter < 0 ? "too short" : base::plainText(std::round(endAfter * 10) / 10);
+    std::printf("%-40s %8d %12.4f %12.4f %8.1f %12s\n", argv[i], outcome.rows, headless, inWindow,
+                inWindow / headless, end.c_str());
   }
   std::printf("\n%8s %10s %10s %10s %10s %10s %10s   (ms)\n", "fibres", "open grid", "select all", "delete",
               "undo", "figure", "close");

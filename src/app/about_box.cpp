@@ -2,39 +2,81 @@
 #include "app/about_box.h"
 
 #include <QDialogButtonBox>
-#include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QScreen>
+#include <QShortcut>
 #include <QSysInfo>
+#include <QTabWidget>
 #include <QThread>
+#include <QVBoxLayout>
 
+#include "base/number_text.h"
 #include "base/settings.h"
 #include "base/title.h"
+#include "views/shell.h"
+#include "views/shown_text.h"
 
 namespace torvik::app {
 
-AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
+namespace {
+constexpr const char* kSelectedTab = "SelectedTab";  // from 1
+constexpr int kIconSize = 64;
+
+QWidget* page(const QString& text) {
+  auto* label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  label->setMargin(8);
+  return label;
+}
+}  // namespace
+
+AboutBox::AboutBox(views::Shell& shell, QWidget* parent)
+    : QDialog(parent), m_shell(shell), m_tabs(new QTabWidget) {
   setObjectName("frmAbout");
   setWindowTitle(QString("About ") + base::kTitle);
-  auto* layout = new QGridLayout(this);
+  const QString settings = views::shownText(base::settingsFilePath().string());
+
+  m_tabs->setObjectName("TabStrip1");
+  m_tabs->addTab(page(views::shownText(base::VersionTitle()) +
+                      "\n\nFlexure of reinforced and prestressed concrete sections.\n"
+                      "Free software under the GNU General Public License, version 3 or later."),
+                 "About");
+  const QSize screenSize = screen()->size() * screen()->devicePixelRatio();
+  m_tabs->addTab(page(QString("%1, %2 processors\nQt %3\nScreen %4 x %5\n\nSettings: %6")
+                          .arg(QSysInfo::prettyProductName())
+                          .arg(QThread::idealThreadCount())
+                          .arg(qVersion())
+                          .arg(screenSize.width())
+                          .arg(screenSize.height())
+                          .arg(settings)),
+                 "System");
+  m_tabs->addTab(page("Remove the package or the files that were installed, and the settings:\n" + settings +
+                      "\n\nModels and results stay where you put them."),
+                 "Uninstall");
+  m_tabs->setCurrentIndex(shell.readSettings().ProfileGetInt(base::kAboutSection, kSelectedTab, 1) - 1);
+  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), this), &QShortcut::activated, m_tabs,
+          [this] { m_tabs->setCurrentIndex((m_tabs->currentIndex() + 1) % m_tabs->count()); });
+
   auto* icon = new QLabel;
-  icon->setPixmap(QIcon(":/icons/torvik.svg").pixmap(64, 64));
-  auto* text = new QLabel;
-  text->setTextFormat(Qt::PlainText);
-  text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  text->setText(
-      QString("%1\n\nFlexure of reinforced and prestressed concrete sections.\n"
-              "Free software under the GNU General Public License, version 3 or later.\n\n"
-              "Qt %2 on %3, %4 processors\nSettings: %5\n\n"
-              "To uninstall, remove the package or the files that were installed, and the settings file.")
-          .arg(QString::fromStdString(base::VersionTitle()), qVersion(), QSysInfo::prettyProductName())
-          .arg(QThread::idealThreadCount())
-          .arg(QString::fromStdString(base::settingsFilePath().string())));
+  icon->setPixmap(QIcon(":/icons/torvik.svg").pixmap(kIconSize, kIconSize));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  layout->addWidget(icon, 0, 0, Qt::AlignTop);
-  layout->addWidget(text, 0, 1);
-  layout->addWidget(buttons, 1, 0, 1, 2);
+  auto* top = new QHBoxLayout;
+  top->addWidget(icon, 0, Qt::AlignTop);
+  top->addWidget(m_tabs, 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(top);
+  layout->addWidget(buttons);
+}
+
+void AboutBox::done(int result) {
+  m_shell.changeSettings([this](base::ProfileFile& settings) {
+    settings.ProfileWrite(base::kAboutSection, kSelectedTab, base::plainText(m_tabs->currentIndex() + 1));
+  });
+  QDialog::done(result);
 }
 
 }  // namespace torvik::app

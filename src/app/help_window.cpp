@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QIcon>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTextBlock>
 
@@ -17,7 +18,9 @@ HelpWindow::HelpWindow() {
   setWindowIcon(QIcon(":/icons/help.svg"));
   setOpenExternalLinks(false);
   setOpenLinks(false);
-  resize(820, 640);
+  const QRect area = screen()->availableGeometry();
+  resize(QSize(820, 640).boundedTo(area.size()));
+  move(area.center() - rect().center());
   QFile guide(":/guide.md");
   if (guide.open(QIODevice::ReadOnly)) setMarkdown(QString::fromUtf8(guide.readAll()));
   connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& url) { showTopic(url.fragment()); });

@@ -13,6 +13,7 @@
 #include <QScreen>
 #include <QToolBar>
 #include <algorithm>
+#include <filesystem>
 #include <numeric>
 #include <utility>
 
@@ -53,6 +54,13 @@ std::string nativePath(const QString& path) {
 /// A menu entry shows text as it stands.
 QString withoutMnemonics(QString text) {
   return text.replace('&', "&&");
+}
+
+/// The path of the same file for a later run, which may begin in another folder.
+std::string fromAnywhere(const std::string& path) {
+  std::error_code failed;
+  const std::filesystem::path whole = std::filesystem::absolute(path, failed);
+  return failed ? path : whole.lexically_normal().string();
 }
 
 /// The rectangle moved into `area`, and made smaller where it is larger than that.
@@ -402,12 +410,12 @@ bool MainWindow::openFile(const std::string& path) {
 
 void MainWindow::cannotOpen(const std::string& path) {
   showMessage("Can't open " + views::shownText(path));
-  m_recent.remove(path);
+  m_recent.remove(fromAnywhere(path));
   showRecentPaths();
 }
 
 void MainWindow::takePath(const std::string& path) {
-  m_recent.add(path);
+  m_recent.add(fromAnywhere(path));
   showRecentPaths();
   setWindowTitle(title() + " - " + views::shownText(base::shortenPath(path)));
 }

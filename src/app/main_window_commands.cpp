@@ -133,7 +133,7 @@ void MainWindow::buildMenus() {
   add(
       help, "mnuHelpHelp", 0, "&Help", [this] { showHelp({}); }, Key::HelpContents);
   add(help, "mnuHelpHelp", 1, "Home &Page", [this] { showMessage("Home page is not available now."); });
-  add(help, "mnuHelpAbout", -1, "&About...", [this] { AboutBox(this).exec(); });
+  add(help, "mnuHelpAbout", -1, "&About...", [this] { AboutBox(*this, this).exec(); });
 }
 
 void MainWindow::buildToolBar() {
