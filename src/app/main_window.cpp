@@ -246,7 +246,8 @@ void MainWindow::RestoreWindowLayout(const base::ProfileFile& settings) {
   const QRegion shown =
       std::accumulate(screens.begin(), screens.end(), QRegion(),
                       [](const QRegion& sum, const QScreen* s) { return sum | s->availableGeometry(); });
-  const QRect place = QRegion(stored).subtracted(shown).isEmpty() ? stored : within(stored, screenArea);
+  const bool isWhole = stored.isValid() && QRegion(stored).subtracted(shown).isEmpty();
+  const QRect place = isWhole ? stored : within(stored, screenArea);
   const int state = settings.ProfileGetInt(kSection, "State", 0);
   m_restoringLayout = true;
   setWindowState(Qt::WindowNoState);

@@ -81,7 +81,7 @@ CellEditor::CellEditor(views::TableView& view, ObjectKind kind, EditorHost& host
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(kLeastComboCharacters);
   }
-  for (QLineEdit* line : {m_text, m_combo->lineEdit()})  // what was pasted into it
+  for (QLineEdit* line : {m_text, m_combo->lineEdit()})  // what its own menu pasted
     connect(line, &QLineEdit::textEdited, line, [line](const QString& text) {
       if (const QString cell = firstCell(text); cell != text) line->setText(cell);
     });
@@ -290,6 +290,10 @@ bool CellEditor::takeKey(const QKeyEvent& key) {
   if (m_open == m_file) return takeClipboardKey(key) || takeFileKey(key);
   if (line() && isRedo(key)) {
     line()->redo();
+    return true;
+  }
+  if (line() && key.matches(QKeySequence::Paste)) {
+    line()->insert(firstCell(QGuiApplication::clipboard()->text()));
     return true;
   }
   const bool filtered = (m_open == m_text || m_open == m_combo) && isTyped(key);

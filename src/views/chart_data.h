@@ -111,6 +111,10 @@ class Matrix {
   std::vector<std::vector<double>> m_columns;
 };
 
+inline bool bothCanBeShown(const std::array<Interval, kAxes>& shown) {
+  return canBeShown(shown[kAxisX]) && canBeShown(shown[kAxisY]);
+}
+
 /// Places in the widget of the numbers on both axes.
 struct Mapping {
   QRectF area;

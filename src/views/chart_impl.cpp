@@ -147,7 +147,9 @@ void ChartControl::Impl::makeSureDrawn() {
 }
 
 void ChartControl::Impl::setView(const std::optional<Mapping>& wanted) {
-  if (wanted && !(canBeShown(wanted->shown[kAxisX]) && canBeShown(wanted->shown[kAxisY]))) return;
+  // A chart that is squeezed until no plot is left has no places to zoom or to pan to.
+  if (wanted && (wanted->area.width() < 1 || wanted->area.height() < 1 || !bothCanBeShown(wanted->shown)))
+    return;
   const bool changed = m_view.has_value() != wanted.has_value();
   m_view.reset();
   if (wanted) m_view = PassingView{*wanted, m_plot->viewport().size()};

@@ -151,8 +151,8 @@ Plan ChartLayout::plan(const QSize& size, const std::array<Interval, kAxes>& dat
     const QSizeF room(std::max(width - left - right, 1.0), std::max(height - top - bottom, 1.0));
     if (view) {
       // In the size in which it was taken, numbers stay where they are while margins change.
-      planView(of, view->size == size ? view->map.shownIn(placed(left, top, room)) : view->map.shown, room,
-               metrics);
+      const auto shown = view->map.shownIn(placed(left, top, room));
+      planView(of, view->size == size && bothCanBeShown(shown) ? shown : view->map.shown, room, metrics);
     } else if (uniform) {
       planToScale(of, data, room, metrics);
     } else {

@@ -74,9 +74,13 @@ class SectionDrawing {
   void addMarks(const QString& name, const std::vector<Row>& rows, MarkerStyle style, const QColor& colour) {
     for (const Row& row : rows) {
       m_chart.setMarkerSeries(m_column, style, 2 * m_chart.markHeight(), colour);
-      const double distance = distanceOf(row);
-      for (int j = 0; j < row.Number; ++j)
-        m_points.add((-distance * (row.Number - 1)) / 2 + distance * j, -row.Depth);
+      try {
+        const double distance = distanceOf(row);
+        for (int j = 0; j < row.Number; ++j)
+          m_points.add((-distance * (row.Number - 1)) / 2 + distance * j, -row.Depth);
+      } catch (const base::NumericFault& fault) {
+        throw fault.within((name + " " + QString::number(&row - rows.data() + 1)).toStdString());
+      }
       endObject(name, rows, row);
     }
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/errors.h"
+#include "base/files.h"
 #include "base/number_text.h"
 #include "views/shown_text.h"
 #include "wizard/dialog_fields.h"
@@ -96,6 +97,7 @@ void SolidDialog::keep() {
     m_shell.changeSettings(write);
     return;
   }
+  if (!base::isFile(m_document.currentFile)) return;  // gone meanwhile: a stub would pass for the model
   try {
     base::ProfileFile file = stored();
     write(file);
