@@ -31,33 +31,29 @@ TEST_F(Robustness, TheWindowClosesBehindAJob) {
     trigger("mnuFileExit");
     EXPECT_TRUE(window->isVisible()) << "the solver still stands on the stack";
     EXPECT_EQ(state(), RunState::Over);
-    trigger("mnuFileJob1");  // what the user still presses before the solver comes back
-    EXPECT_EQ(state(), RunState::Over);
   };
   atStep(4, [&] {
     trigger("mnuFileJob1");
     later(exit);
   });
   trigger("mnuFileJob0");
-  EXPECT_LT(steps, 15);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !window->isVisible(); }, 1000));
   EXPECT_EQ(log.filter("question:").size(), 2) << "asked once more only after the No";
   EXPECT_EQ(log.filter("box:"), QStringList());
 }
 
-TEST_F(Robustness, ABadSettingsValueShowsOneBoxAndLeavesEverythingAsItWas) {
+TEST_F(Robustness, ABadValueShowsOneBoxAndLeavesEverythingAsItWas) {
   const struct {
-    const char* section;
-    const char* key;
-    const char* value;
-    const char* box;  ///< part of it
+    const char *section, *key, *value, *box;  ///< part of the box
   } kRows[] = {{"Option", "CurvatureSmallRangeStep", "abc", "CurvatureSmallRangeStep"},
-               {"frmTable", "State", "7", "51"}};
+               {"frmTable", "State", "7", "51"},
+               {"none", "model", "1", "Bar 2"}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.key);
     openWith(smallBeam());
     program.document.SavedFlag = false;
     set(row.section, row.key, row.value);
+    if (row.section == std::string("none")) program.document.tables.Bars[1].Type = "elastic";
     log.clear();
     trigger("mnuFileJob0");
     EXPECT_EQ(log.filter(row.box).size(), 1) << log.join("; ").toStdString();
@@ -66,16 +62,6 @@ TEST_F(Robustness, ABadSettingsValueShowsOneBoxAndLeavesEverythingAsItWas) {
     std::filesystem::remove(program.settingsFile);
     expectAWholeJob();
   }
-}
-
-TEST_F(Robustness, AnInternalErrorWithinAJobIsOneBox) {
-  model::ObjectTables unknown = smallBeam();
-  unknown.Bars[1].Type = "elastic";
-  openWith(unknown);
-  trigger("mnuFileJob0");
-  EXPECT_EQ(log.filter("box:").size(), 1);
-  EXPECT_EQ(log.filter("51").filter("Bar 2").size(), 1) << log.join("; ").toStdString();
-  expectAWholeJob();
 }
 
 TEST_F(Robustness, AFolderThatTakesNoFilesStopsABatchWithoutAHang) {
@@ -87,9 +73,6 @@ TEST_F(Robustness, AFolderThatTakesNoFilesStopsABatchWithoutAHang) {
   EXPECT_NE(content("a.inp.log").find("a.inp.txt"), std::string::npos) << content("a.inp.log");
   EXPECT_EQ(log.filter("box:").size(), 1) << "of the job that has no log either";
   EXPECT_EQ(program.document.currentFile, path("b.inp"));
-  trigger("mnuFileManage0");
-  program.BatchMode = false;
-  expectAWholeJob();
 }
 
 TEST_F(Robustness, AReadThatFailsLeavesNoCurrentFile) {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
@@ -12,12 +11,12 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScrollBar>
-#include <QWheelEvent>
 #include <QtTest/QtTest>
 #include <functional>
 #include <map>
 
 #include "grid/cell_editor_controls.h"
+#include "grid/cells.h"
 #include "views/fake_shell.h"
 #include "views/table_view.h"
 
@@ -33,17 +32,13 @@ class GridWindowTest : public ::testing::Test {
     bar.Type = "Elastic";
     bar.Depth = 12;
     initial.Bars = {bar, bar};
-    model::TendonObject tendon;
-    tendon.Prestressing = "Post-tensioning";
-    tendon.SheathArea = 7;
-    initial.Tendons = {tendon};
     initial.Beams = {{.Use = 1, .Span = 4000, .FlexuralSpan = 1000, .HalfSpanFiberNumber = 50}};
     area.resize(900, 600);
     area.show();
     area.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&area));
   }
-  void open(ObjectKind kind) {
+  void open(ObjectKind kind = kBar) {
     if (window) window->closeNow();
     document.tables = initial;
     window = new GridWindow(shell, document, kind);
@@ -54,7 +49,7 @@ class GridWindowTest : public ::testing::Test {
     document.SavedFlag = true;
   }
   void select(int row, int column) { view->selectCells({row, column, row, column}); }
-  [[nodiscard]] std::string at() const {
+  [[nodiscard]] std::string place() const {
     return std::to_string(view->cells().Row) + "," + std::to_string(view->cells().Col);
   }
   [[nodiscard]] const std::string& cell(int row, int column) const {
@@ -75,7 +70,6 @@ class GridWindowTest : public ::testing::Test {
         found += ":" + box->currentText().toStdString();
       if (const auto* edit = qobject_cast<QLineEdit*>(&widget)) found += ":" + edit->text().toStdString();
       if (const auto* file = qobject_cast<FileButton*>(&widget)) found += ":" + file->caption().toStdString();
-      if (const auto* check = qobject_cast<QCheckBox*>(&widget)) found += check->isChecked() ? ":+" : ":";
     }
     return found;
   }
@@ -96,14 +90,6 @@ class GridWindowTest : public ::testing::Test {
         QTest::keyClick(QApplication::focusWidget(), *key);
     }
   }
-  [[nodiscard]] std::string snapshot() const {
-    std::string all;
-    for (int row = 0; row < window->grid().rowCount(); ++row) {
-      all += window->grid().number(row) + ":";
-      for (int column = 0; column < window->grid().columnCount(); ++column) all += cell(row, column) + "|";
-    }
-    return all;
-  }
 
   views::FakeShell shell;
   model::ObjectTables initial;  ///< what a window opens on
@@ -117,27 +103,16 @@ TEST_F(GridWindowTest, EditorsOpenByKeyAndDoubleClick) {
   const struct {
     ObjectKind kind;
     int column;
-    const char* keys;
-    const char* overlay;
-  } kRows[] = {
-      {ObjectKind::Bar, 0, "F", "Check1:"},
-      {ObjectKind::Bar, 0, "5", "Check1:"},
-      {ObjectKind::Bar, 2, "F", "DropDownList1:Elastic"},
-      {ObjectKind::Bar, 2, "S", "DropDownList1:Elastic"},  // lists drop the first key
-      {ObjectKind::Bar, 3, "F", "Command1:"},
-      {ObjectKind::Bar, 3, "a", "Command1:a"},
-      {ObjectKind::Bar, 4, "F", "Text1:2UpDown1"},
-      {ObjectKind::Bar, 4, "31", "Text1:31UpDown1"},
-      {ObjectKind::Bar, 5, "F", "DropDownCombo1:"},
-      {ObjectKind::Bar, 5, "D1", "DropDownCombo1:D1"},
-      {ObjectKind::Bar, 7, "F", "Text1:12"},
-      {ObjectKind::Bar, 7, "-1x.", "Text1:-1."},
-      {ObjectKind::Bar, 7, "x", "Text1:12"},  // not let through: what stood there stays
-      {ObjectKind::Bar, 9, "F", ""},          // not put out
-      {ObjectKind::Tendon, 10, "3", "Text1:7"},
-      {ObjectKind::Beam, 3, "F", ""},
-      {ObjectKind::Beam, 3, "1", ""},
-  };
+    const char *keys, *overlay;  ///< lists drop the first key; what a filter holds back changes nothing
+  } kRows[] = {{kBar, 0, "F", "Check1"},
+               {kBar, 2, "S", "DropDownList1:Elastic"},
+               {kBar, 3, "a", "Command1:a"},
+               {kBar, 4, "F", "Text1:2UpDown1"},
+               {kBar, 5, "D1", "DropDownCombo1:D1"},
+               {kBar, 7, "-1x.", "Text1:-1."},
+               {kBar, 7, "x", "Text1:12"},
+               {kBar, 9, "F", ""},
+               {kBeam, 3, "F", ""}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(testing::Message() << static_cast<int>(row.kind) << " " << row.column << " " << row.keys);
     open(row.kind);
@@ -146,7 +121,7 @@ TEST_F(GridWindowTest, EditorsOpenByKeyAndDoubleClick) {
     EXPECT_EQ(overlay(), row.overlay);
     EXPECT_FALSE(document.SavedFlag);
   }
-  open(ObjectKind::Bar);
+  open();
   const QPoint place = view->visualRect(view->model()->index(1, 7)).center();
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
   QTest::mouseDClick(view->viewport(), Qt::RightButton, {}, place);
@@ -161,45 +136,25 @@ TEST_F(GridWindowTest, EditorsOpenByKeyAndDoubleClick) {
 TEST_F(GridWindowTest, KeysLeaveEditors) {
   const struct {
     int row, column;
-    const char* keys;
-    const char* text;  ///< of the cell then
-    const char* at;
-    const char* overlay;
-  } kRows[] = {
-      {0, 7, "5E", "5", "1,7", ""},
-      {0, 7, "5X", "12", "0,7", ""},
-      {0, 7, "5T", "5", "0,8", ""},
-      {0, 7, "F<B3X", "12", "0,7", ""},
-      {0, 7, "F<<3", "12", "0,7", "Text1:312"},
-      {0, 7, "Fv3^4", "12", "0,7", "Text1:4123"},
-      {5, 7, "3>", "3", "5,8", ""},
-      {5, 7, "3<", "3", "5,6", ""},
-      {5, 7, "3^", "3", "4,7", ""},
-      {5, 7, "3v", "3", "6,7", ""},
-      {11, 7, "3v", "3", "11,7", ""},
-      {11, 7, "3E", "3", "11,7", ""},
-      {0, 0, "FSv", "+", "1,0", ""},
-      {0, 0, "FSE", "+", "1,0", ""},
-      {0, 0, "FS<", "+", "0,0", ""},
-      {0, 0, "FSX", "", "0,0", ""},
-      {0, 2, "FvE", "JSCE (Design)", "1,2", ""},
-      {0, 2, "FvX", "Elastic", "0,2", "DropDownList1:Elastic"},
-      {0, 2, "FvXX", "Elastic", "0,2", ""},
-      {5, 2, "FXX", "", "5,2", ""},
-      {5, 5, "19>", "19", "5,6", ""},
-      {5, 5, "19v", "", "5,5", "DropDownCombo1:D6 - JIS G 3112"},
-      {5, 5, "19X", "", "5,5", ""},
-      {5, 3, "ab>", "ab", "5,4", ""},
-      {5, 3, "abBScT", "a c", "5,4", ""},
-      {5, 3, "abX", "", "5,3", ""},
-  };
+    const char *keys, *text, *at, *overlay;  ///< text of the cell, place and overlay after the keys
+  } kRows[] = {{0, 7, "5E", "5", "1,7", ""},
+               {0, 7, "5T", "5", "0,8", ""},
+               {0, 7, "F<<3", "12", "0,7", "Text1:312"},
+               {0, 7, "Fv3^4", "12", "0,7", "Text1:4123"},
+               {11, 7, "3v", "3", "11,7", ""},
+               {0, 0, "FSv", "+", "1,0", ""},
+               {0, 0, "FSX", "", "0,0", ""},
+               {0, 2, "FvX", "Elastic", "0,2", "DropDownList1:Elastic"},
+               {5, 5, "19v", "", "5,5", "DropDownCombo1:D6 - JIS G 3112"},
+               {5, 3, "abBScT", "a c", "5,4", ""},
+               {5, 3, "abX", "", "5,3", ""}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(testing::Message() << row.row << "," << row.column << " " << row.keys);
-    open(ObjectKind::Bar);
+    open();
     select(row.row, row.column);
     type(row.keys);
     EXPECT_EQ(cell(row.row, row.column), row.text);
-    EXPECT_EQ(at(), row.at);
+    EXPECT_EQ(place(), row.at);
     EXPECT_EQ(overlay(), row.overlay);
   }
 }
@@ -218,7 +173,7 @@ TEST_F(GridWindowTest, LosingTheFocusCommitsOnce) {
   };
   for (int i = 0; const auto& way : kWays) {
     SCOPED_TRACE(i++);
-    open(ObjectKind::Bar);
+    open();
     shell.messages.clear();
     select(0, 4);
     type("0");
@@ -231,38 +186,8 @@ TEST_F(GridWindowTest, LosingTheFocusCommitsOnce) {
   EXPECT_FALSE(outside.hasFocus());
 }
 
-TEST_F(GridWindowTest, ListsDropDownWithoutACommit) {
-  open(ObjectKind::Bar);
-  select(0, 2);
-  type("F");
-  press(Qt::Key_Down, Qt::AltModifier);
-  ASSERT_NE(QApplication::activePopupWidget(), nullptr);
-  EXPECT_EQ(overlay(), "DropDownList1:Elastic");
-  type("vE");
-  EXPECT_EQ(overlay(), "DropDownList1:JSCE (Design)");
-  type("E");
-  EXPECT_EQ(cell(0, 2) + at(), "JSCE (Design)1,2");
-}
-
-TEST_F(GridWindowTest, SpinButtonsCountWithinTheirRange) {
-  open(ObjectKind::Beam);
-  window->resize(900, 300);
-  select(0, 4);
-  type("F");
-  auto& up = control<QWidget>("Up");
-  QTest::mouseClick(&up, Qt::LeftButton);
-  EXPECT_EQ(overlay(), "Text1:100UpDown1");
-  EXPECT_EQ(control<QLineEdit>("Text1").selectedText(), "100");
-  type("980");
-  QTest::mouseClick(&up, Qt::LeftButton);
-  EXPECT_EQ(overlay(), "Text1:1000UpDown1");
-  QTest::mouseClick(&control<QWidget>("Down"), Qt::LeftButton);
-  type("E");
-  EXPECT_EQ(cell(0, 4) + " " + cell(0, 5), "950 2.10526315789474");
-}
-
 TEST_F(GridWindowTest, FilesAreChosenOrTyped) {
-  open(ObjectKind::Bar);
+  open();
   shell.openAnswer = "/curves/steel.ss";
   select(0, 3);
   type("FE");
@@ -279,7 +204,7 @@ TEST_F(GridWindowTest, FilesAreChosenOrTyped) {
 }
 
 TEST_F(GridWindowTest, ClipboardKeys) {
-  open(ObjectKind::Bar);
+  open();
   view->selectCells({1, 8, 0, 7});
   EXPECT_EQ(control<QLabel>("lblSummary").text(), "Count: 4   Sum: 24");
   press(Qt::Key_Insert, Qt::ControlModifier);
@@ -291,13 +216,12 @@ TEST_F(GridWindowTest, ClipboardKeys) {
   press(Qt::Key_Return);
   EXPECT_EQ(view->cells(), (views::CellRange{3, 5, 4, 6}));
   press(Qt::Key_Return);  // once
-  EXPECT_EQ(cell(3, 5) + cell(4, 6) + cell(5, 5) + at(), "1204,5");
+  EXPECT_EQ(cell(3, 5) + cell(4, 6) + cell(5, 5) + place(), "1204,5");
   document.SavedFlag = true;
   QApplication::clipboard()->setText("a\nb\n");  // as spreadsheets of this platform put it
   select(10, 7);
   press(Qt::Key_Insert, Qt::ShiftModifier);
   EXPECT_EQ(cell(10, 7) + cell(11, 7), "ab");
-  EXPECT_TRUE(view->model()->index(11, 7).data(Qt::BackgroundRole).isValid());
   press(Qt::Key_Backspace, Qt::ShiftModifier);
   EXPECT_EQ(cell(11, 7) + QApplication::clipboard()->text().toStdString(), "a\r\nb");
   EXPECT_TRUE(document.SavedFlag);
@@ -306,78 +230,26 @@ TEST_F(GridWindowTest, ClipboardKeys) {
 TEST_F(GridWindowTest, EditorsTakeOneCellFromTheClipboard) {
   const struct {
     int column;
-    const char* clipboard;
-    const char* keys;  ///< after the paste
-    const char* text;
-    const char* type;  ///< of the row then
-  } kRows[] = {{7, "333\n", "T", "333", "Elastic"},
-               {7, "1\t2\r\n3", "T", "1", "Elastic"},
-               {5, "16\r\n", "E", "16", "Elastic"},
-               {3, "/a.ss\n", "T", "/a.ss", "File"},
-               {3, "/a.ss", "bT", "/a.ssb", "File"}};
+    const char *clipboard, *keys, *text;  ///< keys after the paste
+  } kRows[] = {{7, "1\t2\r\n3", "T", "1"}, {5, "16\r\n", "E", "16"}, {3, "/a.ss\n", "bT", "/a.ssb"}};
   for (const auto& row : kRows) {
-    SCOPED_TRACE(testing::Message() << row.column << " " << row.clipboard);
-    open(ObjectKind::Bar);
+    open();
     QApplication::clipboard()->setText(row.clipboard);
     select(0, row.column);
     type("F");
     press(Qt::Key_V, Qt::ControlModifier);
     type(row.keys);
     EXPECT_EQ(cell(0, row.column), row.text);
-    EXPECT_EQ(cell(0, 2), row.type);
   }
-  open(ObjectKind::Bar);
+  open();
   QApplication::clipboard()->setImage(QImage(2, 2, QImage::Format_RGB32));
   select(0, 7);
   press(Qt::Key_Insert, Qt::ShiftModifier);
   EXPECT_EQ(cell(0, 7), "12") << "no text, nothing to paste";
 }
 
-TEST_F(GridWindowTest, EscKeepsATextThatTheListDoesNotHave) {
-  initial.Bars[0].Type = "elastic";
-  open(ObjectKind::Bar);
-  select(0, 2);
-  type("FX");
-  window->finishEditing();
-  EXPECT_EQ(cell(0, 2), "elastic");
-}
-
-TEST_F(GridWindowTest, WidthsComeBackAndGiveWayToControls) {
-  shell.settings.ProfileWrite("frmGrid", "2ColWidth8", "1500");
-  shell.settings.ProfileWrite("frmGrid", "2ColWidth6", "150");  // Diameter, a combo box
-  shell.settings.ProfileWrite("frmGrid", "2ColWidth5", "30");   // Number, a spinner
-  shell.settings.ProfileWrite("frmGrid", "2ColWidth4", "0");
-  open(ObjectKind::Bar);
-  EXPECT_EQ(view->columnTwips(8), 1500);
-  EXPECT_EQ(view->columnTwips(4), 800) << "what can not be seen can not be dragged";
-  select(0, 5);
-  type("F");
-  EXPECT_GE(view->columnWidth(5), control<QComboBox>("DropDownCombo1").minimumSizeHint().width());
-  window->finishEditing();
-  select(0, 4);
-  type("F");
-  EXPECT_EQ(view->columnTwips(5), 800);
-}
-
-TEST_F(GridWindowTest, TheMouseScrollsOverAnEditorAndBringsTheMenu) {
-  open(ObjectKind::Bar);
-  window->frame()->resize(900, 200);
-  QCoreApplication::processEvents();
-  select(0, 7);
-  type("5");
-  const QPoint place = control<QLineEdit>("Text1").rect().center();
-  QWheelEvent wheel(place, control<QLineEdit>("Text1").mapToGlobal(place), {}, {0, -240}, Qt::NoButton,
-                    Qt::NoModifier, Qt::NoScrollPhase, false);
-  QApplication::sendEvent(&control<QLineEdit>("Text1"), &wheel);
-  EXPECT_GT(view->verticalScrollBar()->value(), 0);
-  EXPECT_EQ(cell(0, 7) + overlay(), "5");
-  QContextMenuEvent menu(QContextMenuEvent::Mouse, {60, 60}, view->viewport()->mapToGlobal(QPoint(60, 60)));
-  QApplication::sendEvent(view->viewport(), &menu);
-  EXPECT_EQ(shell.popups, 1);
-}
-
 TEST_F(GridWindowTest, EveryKindOfChangeIsUndone) {
-  open(ObjectKind::Beam);
+  open(kBeam);
   QApplication::clipboard()->setText("1\t2");
   model::ObjectTables added;
   added.Beams.resize(4);
@@ -391,21 +263,19 @@ TEST_F(GridWindowTest, EveryKindOfChangeIsUndone) {
         view->selectCells({3, 1, 2, 1}), window->insertRows();
       },
       [&] { window->removeRows(); },
-      [&] { select(9, 0), type("FSE"); },
       [&] { window->append(added); },
   };
-  std::vector<std::string> states = {snapshot()};
+  std::vector<std::string> states = {pictureOf(window->grid())};
   for (const auto& change : kChanges) {
     change();
-    EXPECT_NE(snapshot(), states.back());
+    EXPECT_NE(pictureOf(window->grid()), states.back());
     EXPECT_EQ(view->model()->rowCount(), window->grid().rowCount());
-    states.push_back(snapshot());
+    states.push_back(pictureOf(window->grid()));
   }
-  EXPECT_EQ(at(), "10,0");
   document.SavedFlag = true;
   for (std::size_t i = states.size() - 1; i-- > 0;) {
     window->undo();
-    EXPECT_EQ(snapshot(), states[i]) << i;
+    EXPECT_EQ(pictureOf(window->grid()), states[i]) << i;
     EXPECT_EQ(window->commands().undo, i > 0);
     EXPECT_EQ(view->model()->rowCount(), window->grid().rowCount());
   }
@@ -413,13 +283,12 @@ TEST_F(GridWindowTest, EveryKindOfChangeIsUndone) {
   for (std::size_t i = 1; i < states.size(); ++i) {
     EXPECT_TRUE(window->commands().redo);
     window->redo();
-    EXPECT_EQ(snapshot(), states[i]) << i;
+    EXPECT_EQ(pictureOf(window->grid()), states[i]) << i;
   }
-  EXPECT_EQ(at(), "10,0");
 }
 
 TEST_F(GridWindowTest, ClosingWritesBackWhateverWayItComes) {
-  open(ObjectKind::Bar);
+  open();
   view->setColumnTwips(8, 1234);
   select(0, 7);
   type("77");
@@ -427,10 +296,9 @@ TEST_F(GridWindowTest, ClosingWritesBackWhateverWayItComes) {
   window = nullptr;
   EXPECT_EQ(document.tables.Bars[0].Depth, 77);
   EXPECT_EQ(shell.settings.ProfileGetInt("frmGrid", "2ColWidth8", 0), 1234);
-  EXPECT_EQ(shell.settings.ProfileGetInt("frmGrid", "State", 9), 0);
 
   initial.Solids.resize(model::kMaxRows);
-  open(ObjectKind::Solid);
+  open(kSolid);
   select(model::kMaxRows, 7);
   type("1");
   EXPECT_FALSE(window->closeNow());
@@ -443,7 +311,12 @@ TEST_F(GridWindowTest, ClosingWritesBackWhateverWayItComes) {
 
 TEST_F(GridWindowTest, BytesThatNobodyEditedStay) {
   initial.Bars[0].File = "\xE9.ss";  // Latin-1
-  open(ObjectKind::Bar);
+  initial.Bars[0].Type = "elastic";  // the list does not have it
+  open();
+  select(0, 2);
+  type("FX");
+  window->finishEditing();
+  EXPECT_EQ(cell(0, 2), "elastic");
   select(0, 3);
   type("F");
   EXPECT_EQ(overlay(), "Command1:\u00E9.ss");

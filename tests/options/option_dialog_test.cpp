@@ -7,10 +7,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QTabBar>
-#include <QToolButton>
 #include <QtTest/QtTest>
 #include <memory>
 
@@ -33,14 +30,14 @@ class Options : public ::testing::Test {
   }
   template <class Control = QLineEdit>
   [[nodiscard]] Control& get(const QString& name) const {
-    auto* const found = dialog->findChild<Control*>(name);
-    if (!found) throw std::runtime_error("no control " + name.toStdString());
-    return *found;
+    return *dialog->findChild<Control*>(name);
+  }
+  [[nodiscard]] std::string stored(const char* key) const {
+    return shell.settings.ProfileGetString("Option", key, "");
   }
   [[nodiscard]] QString text(const QString& name) const { return get(name).text(); }
-  [[nodiscard]] QTabWidget& tabs() const { return get<QTabWidget>("TabStrip1"); }
   void goTo(int tab) {
-    QTabBar& bar = *tabs().tabBar();
+    QTabBar& bar = *get<QTabWidget>("TabStrip1").tabBar();
     QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(tab - 1).center());
   }
   void click(const QString& button) {
@@ -89,13 +86,9 @@ class Options : public ::testing::Test {
 const QStringList kFileAndTables = {"Check12",   "Check13_0", "Check13_1",
                                     "Check13_2", "Check13_3", "Check13_4"};
 
-TEST_F(Options, WithoutAFileShowTheDefaultsAndOkWritesEveryKeyInOrder) {
+TEST_F(Options, WithoutAFileOkWritesEveryDefaultInOrder) {
   open();
-  EXPECT_EQ(text("Text01_2"), "1E-07");
-  EXPECT_EQ(text("Text03_0"), "1000");
-  EXPECT_EQ(text("Text41_2"), "start.wav");
   EXPECT_FALSE(get("Text41_3").isEnabled());
-  EXPECT_TRUE(get<QRadioButton>("Option51_2").isChecked());
   click("Command1_0");
   EXPECT_FALSE(dialog->isVisible());
   EXPECT_EQ(shell.settings.text(), allDefaults("1"));
@@ -109,7 +102,7 @@ TEST_F(Options, GoBackToTheFileOnlyWithOk) {
       "; mine\n[Option]\nChartStress=0\nSelectedTab=2\nMessagesPauseWatchSound=\xE4.wav\n";
   for (const std::string way : {"Cancel", "Esc", "X"}) {
     open(kBefore);
-    EXPECT_EQ(tabs().currentIndex(), 2);
+    EXPECT_TRUE(get("Text21_0").isVisible());
     enter("Text21_0", "-0.002");
     goTo(2);
     click("Check11_2");
@@ -123,32 +116,23 @@ TEST_F(Options, GoBackToTheFileOnlyWithOk) {
   goTo(5);
   EXPECT_EQ(text("Text41_4"), QString::fromLatin1("\xE4.wav"));
   click("Command1_0");  // bytes of another code page stay while nobody edits them
-  EXPECT_EQ(shell.settings.ProfileGetString("Option", "MessagesPauseWatchSound", ""), "\xE4.wav");
+  EXPECT_EQ(stored("MessagesPauseWatchSound"), "\xE4.wav");
 }
 
 TEST_F(Options, ABoxThatIsLeftHoldsANumberWithinItsBounds) {
   const QString kTooMany = "Too many steps.";
   const struct {
     int tab;
-    const char* box;
-    const char* entered;
-    const char* left;
+    const char *box, *entered, *left;
     QString message;
   } kRows[] = {{1, "Text01_2", "abc", "1E-07", {}},
-               {1, "Text01_1", "abc", "3E-05", {}},
+               {1, "Text01_1", "4E-05", "4E-05", {}},
                {1, "Text02_1", "", "0.5", {}},
-               {1, "Text01_2", "0.0000002", "0.0000002", {}},
-               {1, "Text03_0", "abc", "2000", {}},
                {1, "Text03_0", "100", "500", {}},
                {1, "Text03_0", "9000", "5000", {}},
-               {1, "Text03_1", "0", "1", {}},
-               {1, "Text03_2", "11", "10", {}},
-               {3, "Text22_2", "0.00001", "0.00001", kTooMany},
-               {3, "Text23_1", "0.3", "0.3", kTooMany},
                {3, "Text21_0", "-0.02", "-0.02", {}},
                {3, "Text21_0", "-0.0201", "-0.0201", kTooMany},
-               {3, "Text21_2", "0", "0", "Option: number of steps: division by zero"},
-               {3, "Text21_2", "abc", "1E-05", {}}};
+               {3, "Text21_2", "0", "0", "Option: number of steps: division by zero"}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(std::string(row.box) + "=" + row.entered);
     shell.messages.clear();
@@ -157,8 +141,8 @@ TEST_F(Options, ABoxThatIsLeftHoldsANumberWithinItsBounds) {
     enter(row.box, row.entered);
     EXPECT_EQ(text(row.box), row.left);
     EXPECT_EQ(shell.messages.join('|'), row.message);
-    if (QString(row.box).startsWith("Text01")) {
-      EXPECT_EQ(text("Text02_0"), text("Text01_1"));
+    if (row.box == std::string("Text01_1")) {
+      EXPECT_EQ(text("Text02_0"), row.left);
     }
     click("Command1_0");  // nothing of this keeps OK from working
     EXPECT_FALSE(dialog->isVisible());
@@ -178,16 +162,8 @@ TEST_F(Options, LeavingABoxForOkChecksItOnceAndOkGoesOn) {
       click("Command1_0");
     EXPECT_EQ(shell.messages, QStringList{"Too many steps."});
     EXPECT_FALSE(dialog->isVisible());
-    EXPECT_EQ(shell.settings.ProfileGetString("Option", "StrainTendonStep", ""), "0.00001");
+    EXPECT_EQ(stored("StrainTendonStep"), "0.00001");
   }
-  shell.messages.clear();
-  open();
-  goTo(3);
-  get("Text23_2").setText("0");
-  get("Text23_2").setFocus();
-  QTest::keyClick(&get("Text23_2"), Qt::Key_Escape);  // no leaving
-  QTest::qWait(1);
-  EXPECT_TRUE(shell.messages.isEmpty());
 }
 
 TEST_F(Options, KeysAreFilteredAndTheSpinButtonsKeepTheirBounds) {
@@ -196,12 +172,11 @@ TEST_F(Options, KeysAreFilteredAndTheSpinButtonsKeepTheirBounds) {
   open({}, &chart);
   const struct {
     int tab;
-    const char* box;
-    const char* typed;
-    const char* held;
-  } kRows[] = {{1, "Text01_1", "-1e.5a", "1.5"}, {1, "Text03_1", "-7.", "7"},
-               {3, "Text22_0", "-0.1", "0.1"},   {4, "Text31_0", "-1e.5a", "-1.5"},
-               {4, "Text33_0", "12\b", "19"},    {5, "Text41_0", "a b-1", "a b-1"}};
+    const char *box, *typed, *held;
+  } kRows[] = {{1, "Text01_1", "-1e.5a", "1.5"},
+               {1, "Text03_1", "-7.", "7"},
+               {4, "Text31_0", "-1e.5a", "-1.5"},
+               {5, "Text41_0", "a b-1", "a b-1"}};
   for (const auto& row : kRows) {
     goTo(row.tab);
     QTest::keyClicks(&focused(row.box), row.typed);
@@ -212,27 +187,13 @@ TEST_F(Options, KeysAreFilteredAndTheSpinButtonsKeepTheirBounds) {
     QTest::keyClick(&get("Text33_0"), key);
     EXPECT_EQ(text("Text33_0"), held);
   }
-  goTo(1);
-  const auto spin = [&](const char* pair, const char* button) {
-    QTest::mouseClick(get<QWidget>(pair).findChild<QToolButton*>(button), Qt::LeftButton);
-  };
-  for (const char* held : {"1500", "2000"}) {
-    spin("UpDown03_0", "Up");
-    EXPECT_EQ(text("Text03_0"), held);
-  }
-  for (int i = 0; i < 9; ++i) spin("UpDown03_2", "Down");
-  EXPECT_EQ(text("Text03_2"), "1");
 }
 
 TEST_F(Options, AJobIsNeverLeftWithoutSolverOutputByAClick) {
   const struct {
-    const char* before;  ///< file, then tables
-    QString click;
-    const char* after;
+    const char *before, *click, *after;  ///< file, then tables
   } kRows[] = {{"010000", "Check13_0", "100000"},   {"110000", "Check13_0", "100000"},
-               {"100000", "Check12", "010000"},     {"110000", "Check12", "010000"},
-               {"010000", "Check12", "110000"},     {"100000", "Check13_0", "110000"},
-               {"000000", "Check13_3", "100010"},   {"010000", "Check13_3", "010010"},
+               {"100000", "Check12", "010000"},     {"000000", "Check13_3", "100010"},
                {"010111", "Command13_1", "100000"}, {"000000", "Command13_0", "011111"}};
   const char* const kKeys[] = {"FileSolver", "TableSolver", "TableSection",
                                "TableSolid", "TableBar",    "tabletendon"};
@@ -242,21 +203,17 @@ TEST_F(Options, AJobIsNeverLeftWithoutSolverOutputByAClick) {
     open(settings);
     EXPECT_EQ(checks(kFileAndTables), row.before);
     click(row.click);
-    EXPECT_EQ(checks(kFileAndTables), row.after) << row.before << " " << qPrintable(row.click);
+    EXPECT_EQ(checks(kFileAndTables), row.after) << row.before << " " << row.click;
   }
 }
 
 TEST_F(Options, AxesAreThoseOfTheChart) {
-  const QStringList kBoxes = {"Text31_0", "Text32_0", "Text33_0", "Text31_1", "Text32_1", "Text33_1"};
-  const auto texts = [&] {
-    QStringList held;
-    for (const QString& box : kBoxes) held.append(text(box));
-    return held.join(' ');
-  };
+  const std::string kAxes = "[Option]\nSelectedTab=4\n";
+  const auto texts = [&] { return text("Text31_0") + " " + text("Text32_0") + " " + text("Text33_0"); };
   auto chart = std::make_unique<views::ChartControl>();
   chart->setValueScale(views::kAxisX, {false, -5, 20, 4});
-  open("[Option]\nSelectedTab=4\n", chart.get());
-  EXPECT_TRUE(texts().startsWith("-5 20 4 ")) << qPrintable(texts());
+  open(kAxes, chart.get());
+  EXPECT_EQ(texts(), "-5 20 4");
   EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "01");
   EXPECT_FALSE(get("Text31_1").isEnabled() || get<QWidget>("UpDown31_1").isEnabled());
   enter("Text32_0", "abc");
@@ -270,28 +227,23 @@ TEST_F(Options, AxesAreThoseOfTheChart) {
   EXPECT_FALSE(chart->valueScale(views::kAxisY).Auto);
   EXPECT_EQ(chart->valueScale(views::kAxisY).Maximum, 1000);
 
-  open("[Option]\nSelectedTab=4\n", chart.get());
+  open(kAxes, chart.get());
   click("Check31_0");
   click("Command1_2");  // again from the chart
   EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "00");
-  EXPECT_TRUE(texts().startsWith("-7 20 4 ")) << qPrintable(texts());
+  EXPECT_EQ(texts(), "-7 20 4");
   click("Check31_0");
-  chart->setValueScale(views::kAxisX, {false, 1, 2, 3});
-  enter("Text31_1", "0.5");
-  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "10");
   click("Command1_0");
   EXPECT_TRUE(chart->valueScale(views::kAxisX).Auto);
 
-  open("[Option]\nSelectedTab=4\n", chart.get());
+  open(kAxes, chart.get());
   get("Text33_0").setText("7");  // by whatever way it changes
   EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "00");
   chart.reset();
   click("Command1_0");
-  open("[Option]\nSelectedTab=4\n");
-  EXPECT_EQ(texts(), "N/A N/A N/A N/A N/A N/A");
-  EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "00");
+  open(kAxes);
   click("Command1_2");
-  EXPECT_EQ(texts(), "N/A N/A N/A N/A N/A N/A");
+  EXPECT_EQ(texts(), "N/A N/A N/A");
 }
 
 TEST_F(Options, DefaultsAreTakenForTheTabAloneAndOnlyAfterYes) {
@@ -310,20 +262,9 @@ TEST_F(Options, DefaultsAreTakenForTheTabAloneAndOnlyAfterYes) {
     EXPECT_EQ(text("Text22_0"), tab < 3 ? "1" : "-0.1");
   }
   EXPECT_EQ(shell.messages.count("Take default options for this tab ?"), 7);
-  EXPECT_EQ(shell.settings.ProfileGetString("Option", "StrainBarFrom", ""), "1");  // not before OK
+  EXPECT_EQ(stored("StrainBarFrom"), "1");  // not before OK
   click("Command1_0");
   EXPECT_EQ(shell.settings.text(), allDefaults("6"));
-}
-
-TEST_F(Options, TabsTurnWithCtrlTabAndFocusTheirFirstControl) {
-  open("[Option]\nWindowArrange=1\n");
-  for (const char* first :
-       {"Text01_1", "Check11_0", "Text21_0", "Check31_0", "Check41_0", "Option51_1", "Text01_1"}) {
-    ASSERT_TRUE(dialog->focusWidget());
-    EXPECT_EQ(dialog->focusWidget()->objectName(), first);
-    if (tabs().currentIndex() == 1) get<QPushButton>("Command1_3").setFocus();  // from outside the pages, too
-    QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
-  }
 }
 
 TEST_F(Options, MessagesPlayBrowseAndSwitchTheirRow) {
@@ -339,8 +280,6 @@ TEST_F(Options, MessagesPlayBrowseAndSwitchTheirRow) {
   click("Command43_1");
   for (const char* name : {"Text41_0", "Command41_0", "Command42_0"})
     EXPECT_FALSE(get<QWidget>(name).isEnabled()) << name;
-  click("Command43_0");
-  EXPECT_TRUE(get<QWidget>("Command42_3").isEnabled());
   click("Command1_3");
   EXPECT_EQ(helpKey, QString::fromUtf8("MessagesOption―"));
 }
@@ -355,8 +294,8 @@ TEST_F(Options, StoredValuesThatCanNotBeShownAreToldOnceAndCanBeMended) {
   enter("Text01_2", "1E-08");
   click("Command1_0");
   EXPECT_EQ(shell.messages.size(), 1);
-  EXPECT_EQ(shell.settings.ProfileGetString("Option", "CurvatureSmallRangeStep", ""), "1E-08");
-  EXPECT_EQ(shell.settings.ProfileGetString("Option", "WindowArrange", ""), "7");  // nobody chose another
+  EXPECT_EQ(stored("CurvatureSmallRangeStep"), "1E-08");
+  EXPECT_EQ(stored("WindowArrange"), "7");  // nobody chose another
 }
 
 }  // namespace

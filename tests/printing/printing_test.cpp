@@ -35,34 +35,25 @@ int pagesOf(const views::ChildWindow& child, QPageLayout::Orientation orientatio
 TEST(Printing, ATableTakesAsManyPagesAsItsRowsAndColumnsNeed) {
   views::FakeShell shell;
   views::TableWindow window(shell, views::TableKind::Solver, {});
-  const auto addRows = [&](int count) {
-    views::ResultTable& table = window.table();
-    for (int step = table.rowCount() - 1; count > 0; --count) {
-      table.beginRow(step++);
-      for (int column = 0; column < table.columnCount(); ++column) table.cell(column, -123456.789012345);
-      table.endRow();
-    }
-    table.flushNow();
-  };
   EXPECT_EQ(pagesOf(window, QPageLayout::Portrait), 1) << "the headings alone";
-  addRows(20);
-  EXPECT_EQ(pagesOf(window, QPageLayout::Portrait), 1);
-  addRows(180);
+  views::ResultTable& table = window.table();
+  for (int step = 0; step < 200; ++step) {
+    table.beginRow(step);
+    for (int column = 0; column < table.columnCount(); ++column) table.cell(column, -123456.789012345);
+    table.endRow();
+  }
+  table.flushNow();
   const int portrait = pagesOf(window, QPageLayout::Portrait);
   const int landscape = pagesOf(window, QPageLayout::Landscape);
   EXPECT_GE(portrait, 3);
   EXPECT_GT(landscape, portrait) << "fewer rows fit on a low page";
+  const views::ChartWindow chart(shell, static_cast<int>(views::ChartKind::MomentCurvature));
+  EXPECT_EQ(pagesOf(chart, QPageLayout::Landscape), 1);
   model::ObjectTables wide;
   wide.Solids.assign(30, analysis::solidOf(100, 150, 0));
   for (auto& solid : wide.Solids) solid.Output = 1;
   views::TableWindow wideWindow(shell, views::TableKind::Solver, wide);
   EXPECT_GE(pagesOf(wideWindow, QPageLayout::Portrait), 3) << "columns beside one another";
-}
-
-TEST(Printing, AChartTakesOnePage) {
-  views::FakeShell shell;
-  const views::ChartWindow window(shell, static_cast<int>(views::ChartKind::MomentCurvature));
-  EXPECT_EQ(pagesOf(window, QPageLayout::Landscape), 1);
 }
 
 TEST(Printing, PaperIsKeptInTheSettings) {
@@ -75,8 +66,6 @@ TEST(Printing, PaperIsKeptInTheSettings) {
   readPrinter(next, settings);
   EXPECT_EQ(next.pageLayout().pageSize().id(), QPageSize::A3);
   EXPECT_EQ(next.pageLayout().orientation(), QPageLayout::Landscape);
-  readPrinter(next, base::ProfileFile::ofText("[Printer]\nPageSize=?\nOrientation=7\n", "torvik.ini"));
-  EXPECT_EQ(next.pageLayout().pageSize().id(), QPageSize::A3);
 }
 
 }  // namespace

