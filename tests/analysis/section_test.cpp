@@ -9,18 +9,6 @@
 namespace torvik::analysis {
 namespace {
 
-TEST(SectionParameters, ARectangleInOneRow) {
-  model::ObjectTables job;
-  job.Beams = {beamOf(4000, 0, 100)};
-  job.Solids = {solidOf(200, 400, 200)};
-  RecordingHost host;
-  const SectionParameterTable table = SectionParameters(job, host);
-  const double I = 200.0 * 400 * 400 * 400 / 12;
-  const std::array wanted = {80000.0, 200.0, 200.0, I, I / 200, I / 200, 28000.0, 28000 * I, 28000.0 * 80000};
-  for (const SectionParameterRow& row : table.rows)
-    for (std::size_t k = 0; k < 9; ++k) EXPECT_DOUBLE_EQ(row.values()[k], wanted[k]) << k;
-}
-
 /// A T-section whose top is 100 below the datum, against sums that are taken in another way: every object
 /// once, with its number as a factor, about the datum.
 TEST(SectionParameters, TransformedSectionsAgreeWithSumsAboutTheDatum) {
@@ -60,30 +48,6 @@ TEST(SectionParameters, TransformedSectionsAgreeWithSumsAboutTheDatum) {
       EXPECT_NEAR(table.rows[i].values()[k] / wanted[k], 1, 1e-12)
           << sectionParameterLetter(static_cast<int>(i)) << k;
   }
-}
-
-TEST(SectionState, ForcesOfElasticRows) {
-  model::ObjectTables job;
-  job.Solids = {solidOf(100, 200, 50)};
-  job.Solids[0].ElasticModulus = 10000;
-  job.Bars = {barOf(3, 100, 300)};
-  job.Tendons = {tendonOf(200, 250, "Pre-tensioning"), tendonOf(200, 250, "Post-tensioning")};
-  job.Solids[0].Type = job.Bars[0].Type = job.Tendons[0].Type = job.Tendons[1].Type = "Elastic";
-  job.AxialForces = {axialOf(50000, 100), axialOf(-20000, 200)};
-  materials::StressStrainContext context;
-  SectionState state(job, context);
-
-  const auto uniform = state.EvaluateUniform(Stage::Tendon, 0.001);
-  EXPECT_DOUBLE_EQ(uniform.CompressionForce, 200000 + 60000);
-  EXPECT_DOUBLE_EQ(uniform.TensionForce, 200 * 200000 * 0.004 + 200 * 200000 * 0.005);
-  // 0.002 at depth 0, zero at 200: 0.0015 at 50, -0.001 at 300, -0.0005 at 250.
-  const auto prestress = state.EvaluateLinear(Stage::Tendon, 0.002, 200);
-  EXPECT_DOUBLE_EQ(prestress.TensionForce, 60000 + 220000 + 200000);
-  EXPECT_DOUBLE_EQ(prestress.SectionMoment, 150 * 300000.0 + 100 * 60000 + 50 * 420000);
-  const auto loading = state.EvaluateLinear(Stage::Loading, 0.002, 200);
-  EXPECT_DOUBLE_EQ(loading.CompressionForce, 300000 + 20000);
-  EXPECT_DOUBLE_EQ(loading.TensionForce, 60000 + 440000 + 50000);
-  EXPECT_DOUBLE_EQ(loading.SectionMoment, 150 * 300000.0 + 100 * 60000 + 50 * 440000 - 100 * 50000);
 }
 
 }  // namespace

@@ -13,14 +13,9 @@ TEST_F(Program, TellsBadInputInOneLineAndGoesOn) {
       {{"Bar0 Depth=" + std::string(300, 'x')},
        "[Bar0] Depth=\"" + std::string(60, 'x') + "...\": expected a number"},
       {{"Bar0 Depth=1E309"}, "2.inp: [Bar0] Depth=\"1E309\": expected a number"},
-      {{"Bar0 Number=32768"}, "[Bar0] Number=\"32768\": expected an integer from -32768 to 32767"},
       {{"Beam0 Use=0"}, "Insufficient beam/section objects."},
-      {{"Solids All=0"}, "Section parameters: no solid in use: index out of range"},
-      {{"Solid0 Area=1E308", "Solid1 Area=1E308"}, "Section parameters: row \"g\": "},
       {{"Solid4 Type=JSCE"}, "rror 51: Solid 5 of the job: Type \"JSCE\""},
-      {{"Tendon0 Prestressing=Post"}, "Prestress introduction: "},
       {{"Beam0 ShearSpan=0"}, "Loading, step 1: load, M / (ShearSpan / 2): division by zero"},
-      {{"Bar0 WatchStrain=never"}, "Loading, step 1: Bar Strain 1: WatchStrain \"never\""},
       {{"Solid0 Type=Restoration (Confined)"}, "answer with --shape r|c and --tie-stress N."},
   };
   std::map<std::string, std::string> told = {

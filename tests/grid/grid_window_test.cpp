@@ -231,7 +231,7 @@ TEST_F(GridWindowTest, EditorsTakeOneCellFromTheClipboard) {
   const struct {
     int column;
     const char *clipboard, *keys, *text;  ///< keys after the paste
-  } kRows[] = {{7, "1\t2\r\n3", "T", "1"}, {5, "16\r\n", "E", "16"}, {3, "/a.ss\n", "bT", "/a.ssb"}};
+  } kRows[] = {{7, "1\t2\r\n3", "T", "1"}, {5, "16\r\n", "E", "16"}, {3, "/a.ss\n", "bT", "/a.ssb"}, {4, "1\n", "0T", "10"}};
   for (const auto& row : kRows) {
     open();
     QApplication::clipboard()->setText(row.clipboard);
@@ -296,6 +296,8 @@ TEST_F(GridWindowTest, ClosingWritesBackWhateverWayItComes) {
   window = nullptr;
   EXPECT_EQ(document.tables.Bars[0].Depth, 77);
   EXPECT_EQ(shell.settings.ProfileGetInt("frmGrid", "2ColWidth8", 0), 1234);
+  open();
+  EXPECT_EQ(view->columnTwips(8), 1234);
 
   initial.Solids.resize(model::kMaxRows);
   open(kSolid);
