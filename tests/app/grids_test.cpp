@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <QClipboard>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -108,6 +109,13 @@ TEST_F(Grids, CommandsFollowTheActiveGridAndAddDefaults) {
     trigger("mnuObjectSetDefault");
     EXPECT_EQ(setting("Bar", "Area"), yes ? grid.text(0, 6) : "(none)");
   }
+  QApplication::clipboard()->setText("abc");
+  window->activeGrid()->findChild<views::TableView*>()->selectCells({0, 6, 0, 6});
+  trigger("mnuEditEdit2");
+  trigger("mnuObjectSetDefault");
+  EXPECT_EQ(log.filter("Area").filter("expected a number").size(), 1) << "what a row can not begin with";
+  EXPECT_NE(setting("Bar", "Area"), "abc");
+  trigger("mnuEditUndo");
   program.document.SavedFlag = true;
   trigger("mnuObjectSetting2");
   EXPECT_EQ(window->activeGrid()->currentRow(), 2);

@@ -84,6 +84,23 @@ TEST_F(Robustness, AReadThatFailsLeavesNoCurrentFile) {
   EXPECT_TRUE(log.first().contains("Area"));
   EXPECT_EQ(program.document.currentFile, "");
   EXPECT_EQ(window->windowTitle(), "torvik - (New File)");
+  // What can not be read at all touches nothing.
+  openWith(smallBeam());
+  base::replaceWholeFile(path("bad.inp"), std::string("\0", 1));
+  for (const bool saved : {true, false}) {
+    program.document.SavedFlag = saved;
+    trigger("mnuFileManage1");
+    EXPECT_EQ(program.document.SavedFlag, saved);
+    EXPECT_EQ(program.document.currentFile, path("a.inp"));
+    EXPECT_EQ(window->windowTitle(), "torvik - " + QString::fromStdString(path("a.inp")));
+  }
+}
+
+TEST_F(Robustness, AFaultyModelIsNotSavedOver) {
+  openWith(smallBeam());
+  base::replaceWholeFile(path("bad.inp"), "[Solids]\nAll=1\n[Solid0]\nArea=x\n");
+  dialogs.filesToOpen = QStringList{QString::fromStdString(path("bad.inp"))};
+  trigger("mnuFileManage1");
   trigger("mnuFileManage2");  // asks for a name: none is given
   EXPECT_EQ(content("bad.inp"), "[Solids]\nAll=1\n[Solid0]\nArea=x\n");
 }

@@ -153,6 +153,20 @@ TEST_F(ChartTest, mouse_and_keys_move_a_passing_view) {
   EXPECT_EQ(shell.popups, 1);
 }
 
+TEST_F(ChartTest, a_chart_without_room_for_its_plot_does_not_move) {
+  window.setMinimumSize(1, 1);
+  chart.setMinimumSize(1, 1);
+  for (const int height : {38, 20, 1}) {
+    window.resize(400, height);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Plus, Qt::Key_Left, Qt::Key_Minus}) {
+      QTest::keyClick(&chart, key);
+      chart.flushNow();
+    }
+    const Interval shown = chart.shownInterval(kAxisY);
+    EXPECT_TRUE(shown.lower >= -10 && shown.lower < shown.upper && shown.upper <= 10) << height;
+  }
+}
+
 TEST_F(ChartTest, every_view_of_a_small_chart_shows_two_numbers_an_axis) {
   ChartLayout layout;
   layout.font.setPixelSize(16);
