@@ -10,15 +10,14 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QTextLayout>
 #include <QToolTip>
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 #include <optional>
 
 #include "base/number_text.h"
+#include "views/heading.h"
 #include "views/twips.h"
 
 namespace torvik::views {
@@ -27,7 +26,6 @@ namespace {
 
 constexpr int kSmallestColumn = 12;  ///< that a column can be dragged to, in pixels
 constexpr int kHeaderMargin = 1;
-constexpr qsizetype kLongWord = 8;
 constexpr int kSignificantDigits = 15;
 constexpr double kSmallestFixed = 0.001;  ///< smaller ones lose their digits behind the zeros
 constexpr int kWidestColumn = 1 << 20;
@@ -86,72 +84,6 @@ class CellDelegate : public QStyledItemDelegate {
   TableView& m_view;
 };
 
-/// A heading with the places at which its long words may be parted.
-QString hyphenated(const QString& text) {
-  QStringList words = text.split(QLatin1Char(' '));
-  for (QString& word : words) {
-    if (word.size() < kLongWord) continue;
-    for (const char* const ending : {"ing", "ment", "meter", "ric", "sion", "tion", "ture"})
-      word.replace(QLatin1String(ending), QChar(QChar::SoftHyphen) + QLatin1String(ending));
-  }
-  return words.join(QLatin1Char(' '));
-}
-
-struct Heading {
-  std::unique_ptr<QTextLayout> layout;
-  qreal height = 0;
-  bool fits = false;
-};
-
-Heading layOutHeading(const QString& text, const QFont& font, const QSizeF& size,
-                      QTextOption::WrapMode wrap) {
-  Heading heading;
-  heading.layout = std::make_unique<QTextLayout>(text, font);
-  QTextOption option(Qt::AlignHCenter);
-  option.setWrapMode(wrap);
-  heading.layout->setTextOption(option);
-  heading.layout->beginLayout();
-  bool fits = true;
-  for (QTextLine line = heading.layout->createLine(); line.isValid(); line = heading.layout->createLine()) {
-    line.setLineWidth(size.width());
-    if (heading.height + line.height() > size.height()) {
-      fits = false;
-      line.setPosition(QPointF(0, 2 * size.height()));  // out of sight
-      break;
-    }
-    line.setPosition(QPointF(0, heading.height));
-    heading.height += line.height();
-    fits = fits && line.naturalTextWidth() <= size.width();
-  }
-  heading.layout->endLayout();
-  heading.fits = fits;
-  return heading;
-}
-
-/// Centred both ways, on as many lines as there is room for; a heading that needs more room than that gets a
-/// smaller font before anything is left out.
-void drawHeading(QPainter& painter, const QRect& rect, const QString& text, const QFont& font) {
-  const QRectF room = rect.adjusted(kHeaderMargin, 0, -kHeaderMargin, 0);
-  if (room.width() <= 0) return;
-  QFont fontToUse = font;
-  Heading heading;
-  const QString breakable = hyphenated(text);
-  for (const qreal scale : {1.0, 0.9, 0.8, 0.7}) {
-    if (font.pointSizeF() > 0)
-      fontToUse.setPointSizeF(font.pointSizeF() * scale);
-    else
-      fontToUse.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * scale)));
-    heading = layOutHeading(breakable, fontToUse, room.size(), QTextOption::WordWrap);
-    if (heading.fits) break;
-  }
-  if (!heading.fits)
-    heading = layOutHeading(text, fontToUse, room.size(), QTextOption::WrapAtWordBoundaryOrAnywhere);
-  painter.save();
-  painter.setClipRect(rect);
-  heading.layout->draw(&painter, room.topLeft() + QPointF(0, (room.height() - heading.height) / 2));
-  painter.restore();
-}
-
 }  // namespace
 
 QString shortenedNumber(const QString& text, int mostDigits,
@@ -208,7 +140,7 @@ class TableView::Header : public QHeaderView {
     }
     painter.setPen(pen);
     if (section < 0 || orientation() == Qt::Horizontal) {
-      drawHeading(painter, rect, text, font());
+      drawHeading(painter, rect.adjusted(kHeaderMargin, 0, -kHeaderMargin, 0), text, font());
     } else {
       painter.setFont(font());
       const QRect room = rect.adjusted(kHeaderMargin, 0, -kHeaderMargin, 0);
