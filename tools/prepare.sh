@@ -5,7 +5,7 @@
 set -euo pipefail
 
 engine_packages=(locales g++ cmake ninja-build libfmt-dev libcli11-dev libgtest-dev libbenchmark-dev)
-desktop_packages=(qt6-base-dev qt6-multimedia-dev libqt6svg6-dev libqcustomplot-dev fonts-dejavu-core)
+desktop_packages=(qt6-base-dev qt6-multimedia-dev qt6-svg-dev libqcustomplot-dev fonts-dejavu-core)
 
 # install_packages NAME...
 install_packages() {
