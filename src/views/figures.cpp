@@ -20,8 +20,7 @@ const QColor kGreen(0, 255, 0);
 const QColor kBlue(0, 0, 255);
 
 double equivalentDiameter(double Area) {
-  if (Area < 0) throw base::NumericFault(base::NumericFault::Kind::InvalidOperation, "diameter of a mark");
-  return std::sqrt(Area * 4 / kPi);
+  return base::finite(std::sqrt(Area * 4 / kPi), "diameter of a mark");
 }
 
 // Distance between neighbouring marks of an object.
