@@ -40,10 +40,6 @@ std::vector<Zone> zonesOf(const SectionShape& s) {
   return {{s.P, s.p - s.P}, {s.p, s.c, true}, {s.p + s.c, (s.P + s.C) - (s.p + s.c)}};
 }
 
-double wholeHeight(const SectionShape& s) {
-  return s.whole == WholeShape::ThreeRectangles ? s.D + s.E + s.F : s.C;
-}
-
 double targetHeight(const SectionShape& s) {
   switch (s.mode) {
     case FibreMode::InNumber:
@@ -52,18 +48,6 @@ double targetHeight(const SectionShape& s) {
       return s.fibreHeight;
   }
   failUnknown("fibre mode ", static_cast<int>(s.mode));
-}
-
-double wholeWidth(const SectionShape& s, const Zone& zone, double depth) {
-  switch (s.whole) {
-    case WholeShape::Tapered:
-      return TaperWidth(s.A, s.B, s.C, s.P, depth);
-    case WholeShape::Ellipse:
-      return EllipseWidth(s.A, s.C, s.P, depth);
-    case WholeShape::ThreeRectangles:
-      return zone.width;
-  }
-  failUnknown("whole shape ", static_cast<int>(s.whole));
 }
 
 double hollowWidth(const SectionShape& s, double depth) {
@@ -108,7 +92,7 @@ bool fillStrips(const SectionShape& shape, const Zone& zone, std::span<model::So
   for (model::SolidObject& strip : strips) {
     strip.Height = zone.height / n;
     strip.Depth = base::finite(zone.top + (k + 0.5) * strip.Height, "strip depth");
-    strip.Width = wholeWidth(shape, zone, strip.Depth);
+    strip.Width = shape.whole == WholeShape::ThreeRectangles ? zone.width : wholeWidth(shape, strip.Depth);
     strip.Number = zone.besideHollow ? 2 : 1;
     if (zone.besideHollow) strip.Width = (strip.Width - hollowWidth(shape, strip.Depth)) / 2;
     if (strip.Width < 0) return false;
@@ -130,6 +114,22 @@ double EllipseWidth(double w, double h, double top, double d) {
       square(w / 2) - base::divide(square(w / 2), square(h / 2), kWhere) * square(h / 2 - (d - top));
   if (radicand < 0) throw base::NumericFault(base::NumericFault::Kind::InvalidOperation, kWhere);
   return base::finite(2 * std::sqrt(radicand), kWhere);
+}
+
+double wholeHeight(const SectionShape& shape) {
+  return shape.whole == WholeShape::ThreeRectangles ? shape.D + shape.E + shape.F : shape.C;
+}
+
+double wholeWidth(const SectionShape& shape, double d) {
+  switch (shape.whole) {
+    case WholeShape::Tapered:
+      return TaperWidth(shape.A, shape.B, shape.C, shape.P, d);
+    case WholeShape::Ellipse:
+      return EllipseWidth(shape.A, shape.C, shape.P, d);
+    case WholeShape::ThreeRectangles:
+      break;
+  }
+  failUnknown("whole shape ", static_cast<int>(shape.whole));
 }
 
 bool GenerateFibers(const SectionShape& shape, model::ObjectTables& tables,

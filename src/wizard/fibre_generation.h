@@ -32,6 +32,13 @@ double TaperWidth(double w1, double w2, double h, double top, double d);
 /// @throws NumericFault InvalidOperation where d lies outside the ellipse, DivisionByZero where h is 0
 double EllipseWidth(double w, double h, double top, double d);
 
+/// Height of the whole shape.
+double wholeHeight(const SectionShape& shape);
+
+/// Width at depth d of a tapered or elliptic whole.
+/// @throws NumericFault as the two above; InternalError 51 for three rectangles, whose width steps
+double wholeWidth(const SectionShape& shape, double d);
+
 /// Appends one default row a strip to `tables.Solids`, from the top downward, with `Height`, `Depth`, `Width`
 /// and `Area` set: of one piece where the strip is the pair beside a hollow. `Number` is 2 there and 1
 /// elsewhere, whatever the default row holds.

@@ -22,10 +22,6 @@ bool hasHollow(const SectionShape& s) {
   return !isStack(s) && s.hollow != HollowShape::None;
 }
 
-double heightOf(const SectionShape& s) {
-  return isStack(s) ? s.D + s.E + s.F : s.C;
-}
-
 void addRectangle(SketchLine& line, double left, double right, double top, double bottom) {
   line.insert(line.end(), {SketchPoint{right, -top}, SketchPoint{right, -bottom}, SketchPoint{left, -bottom},
                            SketchPoint{left, -top}, SketchPoint{right, -top}, std::nullopt});
@@ -82,9 +78,7 @@ SketchLine stripLines(const SectionShape& s, const std::vector<model::SolidObjec
       addRectangle(line, -row.Width / 2, row.Width / 2, top, bottom);
       continue;
     }
-    const double edge = (s.whole == WholeShape::Ellipse ? EllipseWidth(s.A, s.C, s.P, row.Depth)
-                                                        : TaperWidth(s.A, s.B, s.C, s.P, row.Depth)) /
-                        2;
+    const double edge = wholeWidth(s, row.Depth) / 2;
     addRectangle(line, -edge, -edge + row.Width, top, bottom);
     addRectangle(line, edge - row.Width, edge, top, bottom);
   }
@@ -109,13 +103,13 @@ std::string missingDimension(const SectionShape& s) {
 std::string reasonOf(const SectionShape& s) {
   if (s.mode == FibreMode::InHeight) {
     if (s.fibreHeight <= 0) return "Enter a fiber height above 0.";
-    if (heightOf(s) / s.fibreHeight > model::kMaxRows) return "Too many fibers: enter a greater height.";
+    if (wholeHeight(s) / s.fibreHeight > model::kMaxRows) return "Too many fibers: enter a greater height.";
   }
   if (hasHollow(s)) {
     if (s.p < s.P) return "Invalid section: the hollow begins above the whole.";
     if (s.p + s.c > s.P + s.C) return "Invalid section: the hollow ends below the whole.";
   }
-  if (s.mode == FibreMode::InHeight && s.fibreHeight > heightOf(s)) {
+  if (s.mode == FibreMode::InHeight && s.fibreHeight > wholeHeight(s)) {
     return "No fibers: each part is lower than a fiber.";
   }
   return hasHollow(s) ? "Invalid section: the hollow is wider than the whole." : "Invalid section.";
@@ -141,7 +135,7 @@ std::string countText(const SectionShape& s, const std::vector<model::SolidObjec
   }
   double filled = 0;
   for (const model::SolidObject& row : rows) filled += row.Height;
-  const std::string gap = lengthText(heightOf(s) - filled);
+  const std::string gap = lengthText(wholeHeight(s) - filled);
   if (gap != "0") text += ". " + gap + " mm stay empty: a part lower than a fiber gets none";
   return text + ".";
 }
