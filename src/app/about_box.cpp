@@ -15,7 +15,7 @@
 #include "base/settings.h"
 #include "base/title.h"
 #include "views/shell.h"
-#include "views/shown_text.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::app {
 
@@ -37,10 +37,10 @@ AboutBox::AboutBox(views::Shell& shell, QWidget* parent)
     : QDialog(parent), m_shell(shell), m_tabs(new QTabWidget) {
   setObjectName("frmAbout");
   setWindowTitle(QString("About ") + base::kTitle);
-  const QString settings = views::shownText(base::settingsFilePath().string());
+  const QString settings = widgets::shownText(base::settingsFilePath().string());
 
   m_tabs->setObjectName("TabStrip1");
-  m_tabs->addTab(page(views::shownText(base::VersionTitle()) +
+  m_tabs->addTab(page(widgets::shownText(base::VersionTitle()) +
                       "\n\nFlexure of reinforced and prestressed concrete sections.\n"
                       "Free software under the GNU General Public License, version 3 or later."),
                  "About");

@@ -18,7 +18,7 @@
 #include "base/files.h"
 #include "base/settings.h"
 #include "base/title.h"
-#include "views/shown_text.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::app {
 
@@ -40,7 +40,7 @@ JobControl::JobControl(MainWindow& window) : m_window(window) {
   context.prompt = this;
   context.report = [this](const std::string& caption, const std::string& text) {
     showAll();
-    m_window.program().dialogs->information(views::shownText(text), views::shownText(caption));
+    m_window.program().dialogs->information(widgets::shownText(text), widgets::shownText(caption));
   };
 }
 
@@ -125,8 +125,8 @@ void JobControl::startJob() {
   if (options.fileSolver || program.BatchMode) {
     const std::string path = analysis::resultFileName(program.document.currentFile);
     if (base::isFile(path) &&
-        !program.dialogs->question(QString("\"%1\" already exists.\rOverwrite ?").arg(views::shownText(path)),
-                                   base::kTitle))
+        !program.dialogs->question(
+            QString("\"%1\" already exists.\rOverwrite ?").arg(widgets::shownText(path)), base::kTitle))
       return;
     resultFile = std::make_unique<analysis::ResultFile>(path, analysis::resultHeadings(job.tables),
                                                         analysis::ResultFile::Existing::Replace);
@@ -266,7 +266,7 @@ void JobControl::reportMessage(const std::string& text) {
 
 void JobControl::showMessage(const std::string& text) {
   showAll();
-  m_window.program().dialogs->information(views::shownText(text), base::kTitle);
+  m_window.program().dialogs->information(widgets::shownText(text), base::kTitle);
 }
 
 void JobControl::playSound(const std::string& file) {
@@ -305,7 +305,7 @@ std::string JobControl::inputBox(const std::string& prompt, const std::string& t
                                  const std::string& defaultText) {
   showAll();
   return m_window.program()
-      .dialogs->input(views::shownText(prompt), views::shownText(title), views::shownText(defaultText))
+      .dialogs->input(widgets::shownText(prompt), widgets::shownText(title), widgets::shownText(defaultText))
       .toStdString();
 }
 

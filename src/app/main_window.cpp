@@ -26,7 +26,7 @@
 #include "base/title.h"
 #include "options/option_dialog.h"
 #include "views/chart_window.h"
-#include "views/shown_text.h"
+#include "widgets/shown_text.h"
 
 /// The resources of a static library have to be asked for, from outside every namespace.
 static void loadResources() {
@@ -110,7 +110,7 @@ void MainWindow::guarded(const QString& doing, const std::function<void()>& comm
   try {
     command();
   } catch (const std::exception& error) {
-    showMessage(doing + ": " + views::shownText(error.what()));
+    showMessage(doing + ": " + widgets::shownText(error.what()));
   }
 }
 
@@ -118,7 +118,7 @@ void MainWindow::guarded(const QString& doing, const std::function<void()>& comm
 // -------------------------------------------------------------------------------------------
 
 void MainWindow::load() {
-  setWindowTitle(views::shownText(base::VersionTitle()));
+  setWindowTitle(widgets::shownText(base::VersionTitle()));
   menuAction("mnuFileExit").setText("E&xit " + title());
   guarded("Settings", [this] {
     const base::ProfileFile settings = readSettings();
@@ -128,7 +128,7 @@ void MainWindow::load() {
     menuAction("mnuToolBar", 0).setChecked(settings.ProfileGetInt(base::kToolSection, "ToolBar", 1) != 0);
     m_toolBar->setVisible(menuAction("mnuToolBar", 0).isChecked());
     const std::string step = base::optionText(settings, OptionId::CurvatureUserRangeStep);
-    m_stepBox->setEditText(step == "Large" ? "Small" : views::shownText(step));
+    m_stepBox->setEditText(step == "Large" ? "Small" : widgets::shownText(step));
     menuAction("mnuToolBar", 1).setChecked(settings.ProfileGetInt(base::kToolSection, "StatusBar", 1) != 0);
     m_panels->setVisible(menuAction("mnuToolBar", 1).isChecked());
     guarded("Settings", [&] {
@@ -155,7 +155,7 @@ void MainWindow::NewDocument() {
 void MainWindow::takeCommandLine(const std::vector<std::string>& tokens) {
   const CommandLineFiles line = sortTokens(tokens);
   for (const std::string& option : line.unknownOptions)
-    showMessage("Option \"" + views::shownText(option) + "\" ignored.");
+    showMessage("Option \"" + widgets::shownText(option) + "\" ignored.");
   if (!line.files.empty()) m_program.BatchMode = line.files.size() >= 2;
   for (const std::string& file : line.files) {
     if (!openFile(file)) return;
@@ -351,7 +351,7 @@ void MainWindow::mnuFileManage_Click(int index) {
       [[fallthrough]];
     case 3: {
       const QString path =
-          m_program.dialogs->saveFile(title() + " - Save As", views::shownText(file), kFilter, "inp");
+          m_program.dialogs->saveFile(title() + " - Save As", widgets::shownText(file), kFilter, "inp");
       if (path.isEmpty() || !closeAllChildren()) return;
       saveTo(nativePath(path));
       return;
@@ -410,7 +410,7 @@ bool MainWindow::openFile(const std::string& path) {
 }
 
 void MainWindow::cannotOpen(const std::string& path) {
-  showMessage("Can't open " + views::shownText(path));
+  showMessage("Can't open " + widgets::shownText(path));
   m_recent.remove(fromAnywhere(path));
   showRecentPaths();
 }
@@ -418,7 +418,7 @@ void MainWindow::cannotOpen(const std::string& path) {
 void MainWindow::takePath(const std::string& path) {
   m_recent.add(fromAnywhere(path));
   showRecentPaths();
-  setWindowTitle(title() + " - " + views::shownText(base::shortenPath(path)));
+  setWindowTitle(title() + " - " + widgets::shownText(base::shortenPath(path)));
 }
 
 void MainWindow::showWaitCursor(bool on) {
@@ -432,7 +432,7 @@ void MainWindow::showRecentPaths() {
   menuAction("mnuFileRecentPathSepa").setVisible(m_recent.showsSeparator());
   for (int i = 0; i < RecentPaths::kEntries; ++i) {
     QAction& entry = menuAction("mnuFileRecentPath", i);
-    entry.setText(withoutMnemonics(views::shownText(m_recent.entry(i))));
+    entry.setText(withoutMnemonics(widgets::shownText(m_recent.entry(i))));
     entry.setVisible(!m_recent.entry(i).empty());
   }
 }
@@ -542,7 +542,7 @@ void MainWindow::stepBoxLostFocus() {
   if (!base::toNumber(m_stepBox->currentText().toStdString())) {
     guarded("Step box", [this] {
       m_stepBox->setEditText(
-          views::shownText(base::optionText(readSettings(), OptionId::CurvatureUserRangeStep)));
+          widgets::shownText(base::optionText(readSettings(), OptionId::CurvatureUserRangeStep)));
     });
   }
   if (m_stepBox->currentText() == "Large") m_stepBox->setEditText("Small");

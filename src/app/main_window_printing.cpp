@@ -5,8 +5,8 @@
 #include "app/main_window.h"
 #include "base/errors.h"
 #include "printing/printing.h"
-#include "views/shown_text.h"
 #include "views/table_window.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::app {
 
@@ -31,7 +31,7 @@ void MainWindow::mnuFilePrint_Click(int index) {
   if (index == 0 || !m_active) return;
 
   if (auto* const table = qobject_cast<views::TableWindow*>(m_active.data())) table->table().flushNow();
-  const QString file = QFileInfo(views::shownText(m_program.document.currentFile)).fileName();
+  const QString file = QFileInfo(widgets::shownText(m_program.document.currentFile)).fileName();
   showWaitCursor(true);
   const int pages = printing::print(*m_active, printer(), file);
   showWaitCursor(false);

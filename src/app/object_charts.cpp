@@ -4,10 +4,10 @@
 #include "analysis/stress_strain_curve.h"
 #include "app/job_control.h"
 #include "app/main_window.h"
-#include "views/chart_control.h"
+#include "chart/control.h"
 #include "views/figures.h"
-#include "views/shown_text.h"
 #include "views/stress_strain_chart.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::app {
 
@@ -29,7 +29,7 @@ class WaitCursor {
 
 template <class Draw>
 void showFigure(JobControl& job, ChartKind kind, const Draw& draw) {
-  views::ChartControl& chart = job.openChart(kind).chart();
+  chart::ChartControl& chart = job.openChart(kind).chart();
   const WaitCursor wait(chart);
   draw(chart);
   chart.flushNow();
@@ -42,7 +42,7 @@ void showStressStrainCurve(MainWindow& window, JobControl& job, model::ObjectKin
   const std::string missing = analysis::withLawRow(
       oneRow, kind, 0, [](const auto& row) { return analysis::missingForCurve(row.Type, row.File); });
   if (!missing.empty()) {
-    window.showMessage(views::shownText(missing));
+    window.showMessage(widgets::shownText(missing));
     return;
   }
   views::ChartWindow& chart = job.openChart(ChartKind::StressStrain);
@@ -63,9 +63,9 @@ void showFigures(MainWindow& window, JobControl& job) {
   }
   job.setBeamExtent(tables);
   showFigure(job, ChartKind::FigureBeam,
-             [&](views::ChartControl& chart) { views::drawBeam(chart, tables.Beams.front()); });
+             [&](chart::ChartControl& chart) { views::drawBeam(chart, tables.Beams.front()); });
   showFigure(job, ChartKind::FigureSection,
-             [&](views::ChartControl& chart) { views::drawSection(chart, tables); });
+             [&](chart::ChartControl& chart) { views::drawSection(chart, tables); });
 }
 
 }  // namespace torvik::app

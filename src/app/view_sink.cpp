@@ -3,7 +3,7 @@
 
 #include <initializer_list>
 
-#include "views/chart_control.h"
+#include "chart/control.h"
 
 namespace torvik::app {
 

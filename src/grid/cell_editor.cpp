@@ -17,10 +17,10 @@
 #include "base/errors.h"
 #include "base/key_filter.h"
 #include "grid/cell_editor_controls.h"
-#include "views/shown_text.h"
-#include "views/table_view.h"
-#include "views/twips.h"
-#include "views/up_down.h"
+#include "widgets/shown_text.h"
+#include "widgets/table_view.h"
+#include "widgets/twips.h"
+#include "widgets/up_down.h"
 
 namespace torvik::grid {
 
@@ -33,7 +33,7 @@ int indexOfText(const QComboBox& box, const QString& text) {
   return box.findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive);
 }
 
-views::UpDownRange rangeOf(const SpinRange& spin) {
+widgets::UpDownRange rangeOf(const SpinRange& spin) {
   return {spin.Minimum, spin.Maximum, spin.Increment, spin.Minimum};
 }
 
@@ -55,13 +55,13 @@ bool isTyped(const QKeyEvent& key) {
          !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
 }
 
-CellEditor::CellEditor(views::TableView& view, ObjectKind kind, EditorHost& host)
+CellEditor::CellEditor(widgets::TableView& view, ObjectKind kind, EditorHost& host)
     : QObject(&view),
       m_view(view),
       m_kind(kind),
       m_host(host),
       m_text(new QLineEdit(view.viewport())),
-      m_upDown(new views::UpDown(*m_text, {}, view.viewport())),
+      m_upDown(new widgets::UpDown(*m_text, {}, view.viewport())),
       m_check(new QCheckBox(view.viewport())),
       m_file(new FileButton(view.viewport())),
       m_combo(new QComboBox(view.viewport())),
@@ -127,7 +127,7 @@ QWidget* CellEditor::prepare(const QString& text) {
     box.clear();
     int widest = 0;
     for (const std::string_view item : column().items) {
-      box.addItem(views::shownText(item));
+      box.addItem(widgets::shownText(item));
       widest = std::max(widest, box.fontMetrics().horizontalAdvance(box.itemText(box.count() - 1)));
     }
     box.view()->setMinimumWidth(widest + 2 * box.style()->pixelMetric(QStyle::PM_ScrollBarExtent));
@@ -138,7 +138,7 @@ QWidget* CellEditor::prepare(const QString& text) {
       return m_check;
     case CellKind::Spinner:
       if (m_view.columnWidth(m_column) - m_upDown->sizeHint().width() < 1)
-        m_view.setColumnTwips(m_column + 1, views::kOriginalColumnWidth);
+        m_view.setColumnTwips(m_column + 1, widgets::kOriginalColumnWidth);
       m_upDown->setRange(rangeOf(column().spin));
       [[fallthrough]];
     case CellKind::Number:
@@ -167,7 +167,7 @@ void CellEditor::place() {
   const int beside = spins ? m_upDown->sizeHint().width() : 0;
   const int least = m_open->minimumSizeHint().width() + beside;
   if (m_view.columnWidth(m_column) < least)
-    m_view.setColumnTwips(m_column + 1, views::twipsOfPixels(least, m_view.logicalDpiX()));
+    m_view.setColumnTwips(m_column + 1, widgets::twipsOfPixels(least, m_view.logicalDpiX()));
   const QRect cell = m_view.visualRect(m_view.model()->index(m_row, m_column));
   m_open->setGeometry(cell.adjusted(0, 0, -beside, 0));
   m_upDown->setGeometry(cell.right() + 1 - beside, cell.top(), beside, cell.height());

@@ -12,10 +12,10 @@ class QComboBox;
 class QKeyEvent;
 class QLineEdit;
 
-namespace torvik::views {
+namespace torvik::widgets {
 class TableView;
 class UpDown;
-}  // namespace torvik::views
+}  // namespace torvik::widgets
 
 namespace torvik::grid {
 
@@ -46,7 +46,7 @@ class CellEditor : public QObject {
   Q_OBJECT
 
  public:
-  CellEditor(views::TableView& view, ObjectKind kind, EditorHost& host);
+  CellEditor(widgets::TableView& view, ObjectKind kind, EditorHost& host);
 
   [[nodiscard]] bool isOpen() const { return m_open != nullptr; }
   /// Opens over a cell that is not Fixed, while no other is open. @param text  of the cell
@@ -82,11 +82,11 @@ class CellEditor : public QObject {
   void closeUnchanged();
   void browse();
 
-  views::TableView& m_view;
+  widgets::TableView& m_view;
   const ObjectKind m_kind;
   EditorHost& m_host;
   QLineEdit* m_text;
-  views::UpDown* m_upDown;
+  widgets::UpDown* m_upDown;
   QCheckBox* m_check;
   FileButton* m_file;
   QComboBox* m_combo;

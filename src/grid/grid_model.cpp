@@ -3,7 +3,7 @@
 
 #include <QColor>
 
-#include "views/shown_text.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::grid {
 
@@ -51,7 +51,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= m_grid.rowCount()) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return views::shownText(m_grid.text(index.row(), index.column()));
+      return widgets::shownText(m_grid.text(index.row(), index.column()));
     case Qt::BackgroundRole:
       return m_grid.isUnreadable(index.row(), index.column()) ? QVariant(kUnreadableBack) : QVariant();
     case Qt::ForegroundRole:
@@ -71,10 +71,10 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (role != Qt::DisplayRole || section < 0) return {};
   if (orientation == Qt::Vertical)
-    return section < m_grid.rowCount() ? QVariant(views::shownText(m_grid.number(section))) : QVariant();
-  return section < columnCount()
-             ? QVariant(views::shownText(columnsOf(m_grid.kind())[static_cast<std::size_t>(section)].caption))
-             : QVariant();
+    return section < m_grid.rowCount() ? QVariant(widgets::shownText(m_grid.number(section))) : QVariant();
+  return section < columnCount() ? QVariant(widgets::shownText(
+                                       columnsOf(m_grid.kind())[static_cast<std::size_t>(section)].caption))
+                                 : QVariant();
 }
 
 }  // namespace torvik::grid

@@ -21,8 +21,8 @@
 #include "base/number_text.h"
 #include "base/title.h"
 #include "grid/grid_model.h"
-#include "views/shown_text.h"
-#include "views/table_view.h"
+#include "widgets/shown_text.h"
+#include "widgets/table_view.h"
 
 namespace torvik::grid {
 
@@ -46,10 +46,10 @@ GridWindow::GridWindow(views::Shell& shell, model::Document& document, ObjectKin
       m_document(document),
       m_grid(kind, document.tables),
       m_model(new GridModel(m_grid, this)),
-      m_view(new views::TableView(this)),
+      m_view(new widgets::TableView(this)),
       m_editor(new CellEditor(*m_view, kind, *this)),
       m_summary(new QLabel(this)) {
-  setWindowTitle(views::shownText(captionOf(kind)));
+  setWindowTitle(widgets::shownText(captionOf(kind)));
   m_view->setModel(m_model);
   m_view->setFixedCaption(QStringLiteral("No"));
   m_view->setShortensNumbers(true);
@@ -96,7 +96,7 @@ views::ChildCommands GridWindow::commands() const {
 // ---- Showing
 
 Selection GridWindow::selection() const {
-  const views::CellRange cells = m_view->cells();
+  const widgets::CellRange cells = m_view->cells();
   return {cells.Row, cells.Col, cells.RowSel, cells.ColSel};
 }
 
@@ -108,7 +108,7 @@ void GridWindow::showState() {
   const Summary summary = m_view->cells().Row < 0 ? Summary{} : m_grid.summary(selection());
   m_summary->setText(QStringLiteral("Count: %1   Sum: %2")
                          .arg(summary.count)
-                         .arg(std::isfinite(summary.sum) ? views::shownText(base::plainText(summary.sum))
+                         .arg(std::isfinite(summary.sum) ? widgets::shownText(base::plainText(summary.sum))
                                                          : QStringLiteral("too large")));
   // A commit may come when another child is the active one already.
   if (frame() && frame()->mdiArea() && frame()->mdiArea()->currentSubWindow() == frame())
@@ -152,7 +152,7 @@ void GridWindow::guarded(const std::function<void()>& act) {
   try {
     act();
   } catch (const std::exception& error) {
-    shell().showMessage(windowTitle() + QStringLiteral(": ") + views::shownText(error.what()));
+    shell().showMessage(windowTitle() + QStringLiteral(": ") + widgets::shownText(error.what()));
   }
 }
 
@@ -162,16 +162,17 @@ void GridWindow::BeginCellEdit() {
   if (cell.Row < 0) return;
   m_document.SavedFlag = false;  // counts as a change before anything is typed, also where nothing opens
   m_before = m_grid.text(cell.Row, cell.Col);
-  if (m_grid.opensEditor(cell.Row, cell.Col)) m_editor->open(cell.Row, cell.Col, views::shownText(m_before));
+  if (m_grid.opensEditor(cell.Row, cell.Col))
+    m_editor->open(cell.Row, cell.Col, widgets::shownText(m_before));
 }
 
 void GridWindow::commitCell(int row, int column, const QString& text) {
   const Extent wholeRow{Extent::What::Cells, {row, 0, row, m_grid.columnCount() - 1}};
-  const std::string bytes = text == views::shownText(m_before) ? m_before : text.toStdString();
+  const std::string bytes = text == widgets::shownText(m_before) ? m_before : text.toStdString();
   try {
     m_model->tell(m_grid.commit(row, column, bytes, m_before, [&](const std::string& message) {
       m_model->tell(wholeRow);
-      shell().showMessage(views::shownText(message));
+      shell().showMessage(widgets::shownText(message));
     }));
   } catch (...) {
     m_model->tell(wholeRow);
@@ -270,7 +271,7 @@ void GridWindow::copy() {
   const std::string cells = m_grid.clip(selection());
   auto* const copied = new QMimeData;
   copied->setData(kCellBytes, QByteArray::fromStdString(cells));
-  copied->setText(views::shownText(cells).replace(QLatin1Char('\r'), QLatin1String("\r\n")));
+  copied->setText(widgets::shownText(cells).replace(QLatin1Char('\r'), QLatin1String("\r\n")));
   QGuiApplication::clipboard()->setMimeData(copied);
 }
 

@@ -11,7 +11,7 @@
 
 class QLabel;
 
-namespace torvik::views {
+namespace torvik::widgets {
 class TableView;
 }
 
@@ -81,7 +81,7 @@ class GridWindow : public views::ChildWindow, private EditorHost {
   model::Document& m_document;
   ObjectGrid m_grid;
   GridModel* m_model;
-  views::TableView* m_view;
+  widgets::TableView* m_view;
   CellEditor* m_editor;
   QLabel* m_summary;
   std::string m_before;  ///< `CellTextBefore`

@@ -14,9 +14,9 @@
 #include "base/fault.h"
 #include "base/number_text.h"
 #include "base/title.h"
-#include "views/entry_box.h"
-#include "views/shown_text.h"
-#include "views/up_down.h"
+#include "widgets/entry_box.h"
+#include "widgets/shown_text.h"
+#include "widgets/up_down.h"
 
 namespace torvik::options {
 
@@ -41,7 +41,7 @@ base::InputError badKey(const base::ProfileFile& settings, Id id, const std::str
 
 }  // namespace
 
-OptionDialog::OptionDialog(views::Shell& shell, views::ChartControl* chart, Services services,
+OptionDialog::OptionDialog(views::Shell& shell, chart::ChartControl* chart, Services services,
                            QWidget* parent)
     : QDialog(parent), m_shell(shell), m_chart(chart), m_services(std::move(services)) {
   setObjectName("frmOption");
@@ -61,16 +61,16 @@ void OptionDialog::connectRules() {
     if (one.check)
       connect(one.check, &QCheckBox::clicked, this, [this, &one] { checkBoxClicked(one.key().id); });
     if (one.box && one.key().kind != OptionKind::Text)
-      connect(one.box, &views::EntryBox::left, this, [this, &one] { guarded([&] { leave(one); }); });
+      connect(one.box, &widgets::EntryBox::left, this, [this, &one] { guarded([&] { leave(one); }); });
   }
   for (const Id id : {Id::CurvatureSmallRangeFrom, Id::CurvatureSmallRangeTo, Id::CurvatureSmallRangeStep})
     connect(field(id).box, &QLineEdit::textChanged, this, [this] {
       field(Id::CurvatureLargeRangeFrom).box->setText(field(Id::CurvatureSmallRangeTo).box->text());
     });
   for (Axis& axis : m_axes)
-    for (views::EntryBox* box : axis.boxes()) {
+    for (widgets::EntryBox* box : axis.boxes()) {
       connect(box, &QLineEdit::textChanged, this, [&axis] { axis.automatic->setChecked(false); });
-      connect(box, &views::EntryBox::left, this, [box] {
+      connect(box, &widgets::EntryBox::left, this, [box] {
         if (!numberIn(*box)) box->setText(kNoValue);
       });
     }
@@ -91,7 +91,7 @@ OptionField& OptionDialog::field(Id id) {
 void OptionDialog::fill() {
   const base::ProfileFile settings = m_shell.readSettings();
   QStringList bad;
-  const auto tell = [&](const base::InputError& error) { bad.append(views::shownText(error.what())); };
+  const auto tell = [&](const base::InputError& error) { bad.append(widgets::shownText(error.what())); };
 
   const int selected = settings.ProfileGetInt(base::kOptionSection, base::optionKey(Id::SelectedTab).name, 1);
   if (selected >= 1 && selected <= kTabs)
@@ -109,7 +109,7 @@ void OptionDialog::fill() {
     }
   }
   for (Axis& axis : m_axes)
-    for (views::EntryBox* box : axis.boxes()) box->setText(kNoValue);
+    for (widgets::EntryBox* box : axis.boxes()) box->setText(kNoValue);
   fillAxes();
   if (!bad.isEmpty()) report(bad.join("\r"));
 }
@@ -117,7 +117,7 @@ void OptionDialog::fill() {
 void OptionDialog::fillAxes() {
   if (!m_chart) return;
   for (int i = 0; i < 2; ++i) {
-    const views::ValueScale scale = m_chart->valueScale(i);
+    const chart::ValueScale scale = m_chart->valueScale(i);
     const Axis& axis = m_axes[static_cast<std::size_t>(i)];
     axis.minimum->setText(QString::fromStdString(base::plainText(scale.Minimum)));
     axis.maximum->setText(QString::fromStdString(base::plainText(scale.Maximum)));
@@ -197,11 +197,11 @@ void OptionDialog::applyAxes() {
   for (int i = 0; i < 2; ++i) {
     const Axis& axis = m_axes[static_cast<std::size_t>(i)];
     const double division = std::round(numberIn(*axis.division).value_or(0));
-    views::ValueScale scale;
+    chart::ValueScale scale;
     scale.Auto = axis.automatic->isChecked();
     scale.Minimum = numberIn(*axis.minimum).value_or(kRefused);
     scale.Maximum = numberIn(*axis.maximum).value_or(kRefused);
-    scale.MajorDivision = division >= views::kLeastDivision && division <= views::kMostDivision
+    scale.MajorDivision = division >= chart::kLeastDivision && division <= chart::kMostDivision
                               ? static_cast<int>(division)
                               : 0;
     m_chart->setValueScale(i, scale);  // what the chart can not take is skipped
@@ -241,7 +241,7 @@ void OptionDialog::guarded(const std::function<void()>& operation) {
   try {
     operation();
   } catch (const std::exception& error) {
-    report("Option: " + views::shownText(error.what()));
+    report("Option: " + widgets::shownText(error.what()));
   }
 }
 

@@ -10,8 +10,8 @@
 #include <functional>
 #include <vector>
 
+#include "chart/control.h"
 #include "options/option_field.h"
-#include "views/chart_control.h"
 #include "views/shell.h"
 
 class QGridLayout;
@@ -19,7 +19,7 @@ class QGroupBox;
 class QLineEdit;
 class QPushButton;
 
-namespace torvik::views {
+namespace torvik::widgets {
 class UpDown;
 }
 
@@ -42,7 +42,7 @@ class OptionDialog : public QDialog {
   /// A stored value that can not be shown is told in one message; its box holds it as it stands.
   /// @param chart  the active one; may be null, and may go while the dialog is open
   /// @throws InputError where the settings file can not be read
-  OptionDialog(views::Shell& shell, views::ChartControl* chart, Services services, QWidget* parent);
+  OptionDialog(views::Shell& shell, chart::ChartControl* chart, Services services, QWidget* parent);
 
  public slots:
   void reject() override;
@@ -50,10 +50,10 @@ class OptionDialog : public QDialog {
  private:
   struct Axis {
     QCheckBox* automatic = nullptr;
-    views::EntryBox* minimum = nullptr;
-    views::EntryBox* maximum = nullptr;
-    views::EntryBox* division = nullptr;
-    [[nodiscard]] std::array<views::EntryBox*, 3> boxes() const { return {minimum, maximum, division}; }
+    widgets::EntryBox* minimum = nullptr;
+    widgets::EntryBox* maximum = nullptr;
+    widgets::EntryBox* division = nullptr;
+    [[nodiscard]] std::array<widgets::EntryBox*, 3> boxes() const { return {minimum, maximum, division}; }
   };
 
   // The pages (option_pages.cpp).
@@ -95,13 +95,13 @@ class OptionDialog : public QDialog {
   void showMessages();
 
   views::Shell& m_shell;
-  QPointer<views::ChartControl> m_chart;
+  QPointer<chart::ChartControl> m_chart;
   Services m_services;
   QTabWidget* m_tabs = nullptr;
   std::vector<OptionField> m_fields;
   std::array<Axis, 2> m_axes;
   std::array<QPushButton*, 4> m_buttons{};
-  std::array<views::UpDown*, 3> m_convergence{};
+  std::array<widgets::UpDown*, 3> m_convergence{};
   QStringList m_messages;
   QTimer m_messageTimer;
 };

@@ -6,8 +6,8 @@
 #include <QRadioButton>
 
 #include "base/number_text.h"
-#include "views/entry_box.h"
-#include "views/shown_text.h"
+#include "widgets/entry_box.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::options {
 
@@ -21,7 +21,7 @@ const char* const kArrangements[] = {"&Cascade", "Tile Hori&zontal", "Tile &Vert
 }  // namespace
 
 QString controlName(std::string_view name, int index) {
-  return index < 0 ? views::shownText(name) : QString("%1_%2").arg(views::shownText(name)).arg(index);
+  return index < 0 ? widgets::shownText(name) : QString("%1_%2").arg(widgets::shownText(name)).arg(index);
 }
 
 OptionField::OptionField(const base::OptionKey& key, QObject& owner) : m_key(&key) {
@@ -35,13 +35,13 @@ OptionField::OptionField(const base::OptionKey& key, QObject& owner) : m_key(&ke
       choice->addButton(button, i++);
     }
   } else if (key.kind == OptionKind::Flag) {
-    check = new QCheckBox(views::shownText(control.caption));
+    check = new QCheckBox(widgets::shownText(control.caption));
     check->setObjectName(name);
   } else {
     const bool isText = key.kind == OptionKind::Text;
-    box = new views::EntryBox(isText                            ? std::optional<std::string>()
-                              : key.kind == OptionKind::Integer ? "Integer"
-                                                                : "Double");
+    box = new widgets::EntryBox(isText                            ? std::optional<std::string>()
+                                : key.kind == OptionKind::Integer ? "Integer"
+                                                                  : "Double");
     box->setObjectName(name);
     if (!isText) box->setAlignment(Qt::AlignRight);
   }
@@ -59,7 +59,7 @@ bool OptionField::show(const std::string& value) {
     return false;
   } else {
     m_value = value;
-    m_shown = views::shownText(value);
+    m_shown = widgets::shownText(value);
     box->setText(m_shown);
     box->setCursorPosition(0);
   }

@@ -12,7 +12,7 @@ class QButtonGroup;
 class QCheckBox;
 class QObject;
 
-namespace torvik::views {
+namespace torvik::widgets {
 class EntryBox;
 }
 
@@ -34,7 +34,7 @@ class OptionField {
   [[nodiscard]] const base::OptionKey& key() const { return *m_key; }
   [[nodiscard]] const base::OptionControl& control() const { return m_key->control; }
   // What the key's kind has: a box for numbers and texts, a check box for flags, else option buttons.
-  views::EntryBox* box = nullptr;
+  widgets::EntryBox* box = nullptr;
   QCheckBox* check = nullptr;
   QButtonGroup* choice = nullptr;
 

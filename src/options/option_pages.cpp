@@ -10,21 +10,21 @@
 #include <QVBoxLayout>
 
 #include "options/option_dialog.h"
-#include "views/entry_box.h"
-#include "views/shown_text.h"
-#include "views/up_down.h"
+#include "widgets/entry_box.h"
+#include "widgets/shown_text.h"
+#include "widgets/up_down.h"
 
 namespace torvik::options {
 
 namespace {
 
 using Id = base::OptionId;
-using views::UpDownRange;
+using widgets::UpDownRange;
 
 const char* const kCaptions[kTabs] = {"Calculation", "Chart/File/Table", "SS Curve",
                                       "Axis",        "Messages",         "Misc"};
 constexpr UpDownRange kConvergence[] = {{500, 5000, 500, 500}, {1, 10, 1, 6}, {1, 10, 1, 3}};
-constexpr UpDownRange kDivision{views::kLeastDivision, views::kMostDivision, 1, 3};
+constexpr UpDownRange kDivision{chart::kLeastDivision, chart::kMostDivision, 1, 3};
 constexpr int kNumberCharacters = 16;
 constexpr int kSmallNumberCharacters = 7;
 
@@ -101,8 +101,8 @@ QGroupBox* OptionDialog::rangeGroup(const QString& title, Id from, const QString
   for (int i = 0; i < 3; ++i) {
     OptionField& one = field(from + i);
     setCharacters(*one.box, kNumberCharacters);
-    one.box->setAccessibleName(title + ' ' + views::shownText(one.control().caption).remove('&'));
-    grid->addWidget(labelOf(*one.box, views::shownText(one.control().caption)), i, 0);
+    one.box->setAccessibleName(title + ' ' + widgets::shownText(one.control().caption).remove('&'));
+    grid->addWidget(labelOf(*one.box, widgets::shownText(one.control().caption)), i, 0);
     grid->addWidget(one.box, i, 1);
     if (!unit.isEmpty()) grid->addWidget(new QLabel(unit), i, 2);
   }
@@ -116,11 +116,11 @@ QWidget* OptionDialog::calculationPage() {
   auto* rows = new QGridLayout(convergence);
   for (int i = 0; i < 3; ++i) {
     OptionField& one = field(Id::ConvergenceMaxIteration + i);
-    auto* spin = new views::UpDown(*one.box, kConvergence[i]);
+    auto* spin = new widgets::UpDown(*one.box, kConvergence[i]);
     spin->setObjectName(controlName("UpDown03", i));
     m_convergence[static_cast<std::size_t>(i)] = spin;
     setCharacters(*one.box, kSmallNumberCharacters);
-    rows->addWidget(labelOf(*one.box, views::shownText(one.control().caption)), i, 0);
+    rows->addWidget(labelOf(*one.box, widgets::shownText(one.control().caption)), i, 0);
     if (i > 0) rows->addWidget(new QLabel("1/10^"), i, 1, Qt::AlignRight | Qt::AlignVCenter);
     rows->addLayout(tightRow({one.box, spin}), i, 2);
   }
@@ -138,7 +138,7 @@ QGroupBox* OptionDialog::checkGroup(const QString& title, Id first, Id last) {
   auto* column = new QVBoxLayout(group);
   for (Id id = first; id <= last; id = id + 1) {
     field(id).check->setAccessibleName(title + ' ' +
-                                       views::shownText(field(id).control().caption).remove('&'));
+                                       widgets::shownText(field(id).control().caption).remove('&'));
     column->addWidget(field(id).check);
   }
   return group;
@@ -204,15 +204,15 @@ QWidget* OptionDialog::axisPage() {
     axis.automatic->setObjectName(controlName("Check31", i));
     const QString name = QString(kAxes[i]).remove('&');
     axis.automatic->setAccessibleName(name + " Auto");
-    axis.minimum = new views::EntryBox("-Double");
-    axis.maximum = new views::EntryBox("-Double");
-    axis.division = new views::EntryBox("");  // the spin buttons and the arrow keys change it
-    auto* spin = new views::UpDown(*axis.division, kDivision);
+    axis.minimum = new widgets::EntryBox("-Double");
+    axis.maximum = new widgets::EntryBox("-Double");
+    axis.division = new widgets::EntryBox("");  // the spin buttons and the arrow keys change it
+    auto* spin = new widgets::UpDown(*axis.division, kDivision);
     spin->setObjectName(controlName("UpDown31", i));
-    connect(axis.division, &views::EntryBox::arrowPressed, spin, &views::UpDown::step);
+    connect(axis.division, &widgets::EntryBox::arrowPressed, spin, &widgets::UpDown::step);
     const char* const kNames[] = {"Text31", "Text32", "Text33"};
     for (std::size_t k = 0; k < 3; ++k) {
-      views::EntryBox* const box = axis.boxes()[k];
+      widgets::EntryBox* const box = axis.boxes()[k];
       box->setObjectName(controlName(kNames[k], i));
       box->setAlignment(Qt::AlignRight);
       box->setAccessibleName(name + ' ' + kHeadings[k]);

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "views/chart_control.h"
-#include "views/table_view.h"
+#include "chart/control.h"
+#include "widgets/table_view.h"
 
 namespace torvik::printing {
 
@@ -64,7 +64,7 @@ class Pages {
   int m_count = 0;
 };
 
-void printChart(Pages& pages, views::ChartControl& chart) {
+void printChart(Pages& pages, chart::ChartControl& chart) {
   pages.begin();
   QRectF target = pages.room();
   target.setHeight(std::min(target.height(), target.width() * kHeightToWidth));
@@ -74,7 +74,7 @@ void printChart(Pages& pages, views::ChartControl& chart) {
 /// A table on paper; column 0 is the fixed one.
 class TablePrint {
  public:
-  TablePrint(Pages& pages, const views::TableView& view)
+  TablePrint(Pages& pages, const widgets::TableView& view)
       : m_pages(pages),
         m_view(view),
         m_model(*view.model()),
@@ -171,7 +171,7 @@ class TablePrint {
   }
 
   Pages& m_pages;
-  const views::TableView& m_view;
+  const widgets::TableView& m_view;
   const QAbstractItemModel& m_model;
   double m_rowHeight;
   double m_headerHeight = 0;
@@ -182,8 +182,8 @@ class TablePrint {
 }  // namespace
 
 int print(const views::ChildWindow& child, QPagedPaintDevice& device, const QString& footer) {
-  auto* const chart = child.findChild<views::ChartControl*>();
-  auto* const table = child.findChild<views::TableView*>();
+  auto* const chart = child.findChild<chart::ChartControl*>();
+  auto* const table = child.findChild<widgets::TableView*>();
   if (!chart && !table) return 0;
   Pages pages(device, child.windowTitle(), footer);
   if (!pages.isUsable()) return 0;

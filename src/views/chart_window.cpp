@@ -15,8 +15,8 @@
 #include "base/files.h"
 #include "base/number_text.h"
 #include "base/title.h"
-#include "views/chart_control.h"
-#include "views/shown_text.h"
+#include "chart/control.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::views {
 
@@ -62,7 +62,7 @@ constexpr int kTendonColumn = 5;
 }  // namespace
 
 ChartWindow::ChartWindow(Shell& shell, int kind, const JobExtent& extent)
-    : ChildWindow(shell, "frmChart", kind), m_chart(new ChartControl(this)) {
+    : ChildWindow(shell, "frmChart", kind), m_chart(new chart::ChartControl(this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_chart);
@@ -73,21 +73,21 @@ ChartWindow::ChartWindow(Shell& shell, int kind, const JobExtent& extent)
   m_automaticScale->setEnabled(false);
   m_savePicture = new QAction(tr("Sa&ve Picture As..."), this);
   m_savePicture->setObjectName("mnuChartSavePicture");
-  connect(m_automaticScale, &QAction::triggered, m_chart, &ChartControl::resetView);
-  connect(m_chart, &ChartControl::passingViewChanged, m_automaticScale, &QAction::setEnabled);
+  connect(m_automaticScale, &QAction::triggered, m_chart, &chart::ChartControl::resetView);
+  connect(m_chart, &chart::ChartControl::passingViewChanged, m_automaticScale, &QAction::setEnabled);
   connect(m_savePicture, &QAction::triggered, this, &ChartWindow::savePicture);
-  connect(m_chart, &ChartControl::doubleClicked, this, [this] {
+  connect(m_chart, &chart::ChartControl::doubleClicked, this, [this] {
     constexpr int kAxisTab = 4;
     this->shell().openOptions(kAxisTab);
   });
-  connect(m_chart, &ChartControl::menuRequested, this, &ChartWindow::popupMenuAt);
+  connect(m_chart, &chart::ChartControl::menuRequested, this, &ChartWindow::popupMenuAt);
 
   layOut(extent);
 }
 
 void ChartWindow::setLine(int firstColumn, const QString& name) {
-  m_chart->setLineSeries(firstColumn, PenStyle::Solid, kBlue);
-  m_chart->setSeriesName(firstColumn, name, PointName::SeriesAndRow);
+  m_chart->setLineSeries(firstColumn, chart::PenStyle::Solid, kBlue);
+  m_chart->setSeriesName(firstColumn, name, chart::PointName::SeriesAndRow);
 }
 
 void ChartWindow::layOut(const JobExtent& extent) {
@@ -97,8 +97,8 @@ void ChartWindow::layOut(const JobExtent& extent) {
   setWindowTitle(texts.title);
   m_chart->setAccessibleName(texts.title);
   m_chart->clear();
-  m_chart->setAxisTitle(kAxisX, texts.xTitle);
-  m_chart->setAxisTitle(kAxisY, texts.yTitle);
+  m_chart->setAxisTitle(chart::kAxisX, texts.xTitle);
+  m_chart->setAxisTitle(chart::kAxisY, texts.yTitle);
   const int mark = m_chart->markHeight();
 
   switch (chartKind()) {
@@ -107,18 +107,18 @@ void ChartWindow::layOut(const JobExtent& extent) {
       m_chart->setColumnCount(8);
       layOutFigure();
       setLine(1);
-      m_chart->setMarkerSeries(3, MarkerStyle::UpTriangle, 2 * mark, kGreen);
-      m_chart->setSeriesName(3, "Support", PointName::Series);
-      m_chart->setMarkerSeries(5, MarkerStyle::DownTriangle, 2 * mark, kGreen);
-      m_chart->setSeriesName(5, "Load", PointName::Series);
-      m_chart->setMarkerSeries(7, MarkerStyle::None, 2 * mark, kBlack);
+      m_chart->setMarkerSeries(3, chart::MarkerStyle::UpTriangle, 2 * mark, kGreen);
+      m_chart->setSeriesName(3, "Support", chart::PointName::Series);
+      m_chart->setMarkerSeries(5, chart::MarkerStyle::DownTriangle, 2 * mark, kGreen);
+      m_chart->setSeriesName(5, "Load", chart::PointName::Series);
+      m_chart->setMarkerSeries(7, chart::MarkerStyle::None, 2 * mark, kBlack);
       return;
     case ChartKind::FigureSection:
       m_chart->setRowCount(1);
       m_chart->setColumnCount(4);
       layOutFigure();
       setLine(1);
-      m_chart->setLineSeries(3, PenStyle::Solid, kTeal);
+      m_chart->setLineSeries(3, chart::PenStyle::Solid, kTeal);
       return;
     case ChartKind::MomentCurvature:
     case ChartKind::LoadDisplacement:
@@ -132,10 +132,10 @@ void ChartWindow::layOut(const JobExtent& extent) {
       m_chart->setRowCount(static_cast<int>(rows));
       m_chart->setColumnCount(6);
       setLine(kSolidColumn, "Solid");
-      m_chart->setMarkerSeries(kBarColumn, MarkerStyle::Square, mark, kRed);
-      m_chart->setSeriesName(kBarColumn, "Bar", PointName::SeriesAndRow);
-      m_chart->setMarkerSeries(kTendonColumn, MarkerStyle::Circle, mark, kGreen);
-      m_chart->setSeriesName(kTendonColumn, "Tendon", PointName::SeriesAndRow);
+      m_chart->setMarkerSeries(kBarColumn, chart::MarkerStyle::Square, mark, kRed);
+      m_chart->setSeriesName(kBarColumn, "Bar", chart::PointName::SeriesAndRow);
+      m_chart->setMarkerSeries(kTendonColumn, chart::MarkerStyle::Circle, mark, kGreen);
+      m_chart->setSeriesName(kTendonColumn, "Tendon", chart::PointName::SeriesAndRow);
       return;
     }
     case ChartKind::Moment:
@@ -149,17 +149,17 @@ void ChartWindow::layOut(const JobExtent& extent) {
       m_chart->setRowCount(1);
       m_chart->setColumnCount(4);
       setLine(1);
-      m_chart->setMarkerSeries(3, MarkerStyle::Circle, mark, kRed);
-      m_chart->setSeriesName(3, "Watch Strain", PointName::Series);
+      m_chart->setMarkerSeries(3, chart::MarkerStyle::Circle, mark, kRed);
+      m_chart->setSeriesName(3, "Watch Strain", chart::PointName::Series);
       return;
   }
 }
 
 void ChartWindow::layOutFigure() {
   m_chart->setUniformAxis(true);
-  for (const int axis : {kAxisX, kAxisY}) {
-    m_chart->setAxisPen(axis, PenStyle::None);
-    m_chart->setGridPen(axis, PenStyle::Dotted);
+  for (const int axis : {chart::kAxisX, chart::kAxisY}) {
+    m_chart->setAxisPen(axis, chart::PenStyle::None);
+    m_chart->setGridPen(axis, chart::PenStyle::Dotted);
   }
 }
 
@@ -279,7 +279,7 @@ void ChartWindow::savePicture() {
       base::replaceWholeFile(std::filesystem::path(QFile::encodeName(name).toStdString()),
                              std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
     } catch (const base::InputError& error) {
-      shell().showMessage(shownText(error.what()));
+      shell().showMessage(widgets::shownText(error.what()));
     }
   };
   if (lower.endsWith(".svg"))

@@ -9,9 +9,11 @@
 #include "analysis/sink.h"
 #include "views/child_window.h"
 
-namespace torvik::views {
-
+namespace torvik::chart {
 class ChartControl;
+}
+
+namespace torvik::views {
 
 enum class ChartKind {
   FigureBeam = 0,
@@ -47,7 +49,7 @@ class ChartWindow : public ChildWindow {
   ChartWindow(Shell& shell, int kind, const JobExtent& extent = {});
 
   [[nodiscard]] ChartKind chartKind() const { return static_cast<ChartKind>(kind()); }
-  [[nodiscard]] ChartControl& chart() const { return *m_chart; }
+  [[nodiscard]] chart::ChartControl& chart() const { return *m_chart; }
 
   [[nodiscard]] ChildCommands commands() const override;
   [[nodiscard]] QList<QAction*> ownActions() override;
@@ -76,7 +78,7 @@ class ChartWindow : public ChildWindow {
   void require(bool isKind) const;
   void savePicture();
 
-  ChartControl* m_chart;
+  chart::ChartControl* m_chart;
   QAction* m_automaticScale;
   QAction* m_savePicture;
   // Kept between the steps for their memory.

@@ -47,7 +47,7 @@ struct Points {
     x.push_back(base::finite(atX, "place in the figure"));
     y.push_back(base::finite(atY, "place in the figure"));
   }
-  void writeTo(ChartControl& chart, int firstColumn) const { chart.setPair(firstColumn, x, y); }
+  void writeTo(chart::ChartControl& chart, int firstColumn) const { chart.setPair(firstColumn, x, y); }
 };
 
 /// Rows that an object takes, and `least` at the least.
@@ -59,7 +59,7 @@ int mostRows(const Rows& rows, int perNumber, int least) {
 
 class SectionDrawing {
  public:
-  explicit SectionDrawing(ChartControl& chart) : m_chart(chart) {}
+  explicit SectionDrawing(chart::ChartControl& chart) : m_chart(chart) {}
 
   void addSolids(const std::vector<model::SolidObject>& solids) {
     for (const model::SolidObject& solid : solids) {
@@ -70,7 +70,8 @@ class SectionDrawing {
   }
 
   template <class Row>
-  void addMarks(const QString& name, const std::vector<Row>& rows, MarkerStyle style, const QColor& colour) {
+  void addMarks(const QString& name, const std::vector<Row>& rows, chart::MarkerStyle style,
+                const QColor& colour) {
     for (const Row& row : rows) {
       m_chart.setMarkerSeries(m_column, style, 2 * m_chart.markHeight(), colour);
       try {
@@ -103,20 +104,21 @@ class SectionDrawing {
 
   template <class Row>
   void endObject(const QString& name, const std::vector<Row>& rows, const Row& row) {
-    m_chart.setSeriesName(m_column, name + " " + QString::number(&row - rows.data() + 1), PointName::Series);
+    m_chart.setSeriesName(m_column, name + " " + QString::number(&row - rows.data() + 1),
+                          chart::PointName::Series);
     m_points.writeTo(m_chart, m_column);
     m_points.clear();
     m_column += 2;
   }
 
-  ChartControl& m_chart;
+  chart::ChartControl& m_chart;
   int m_column = kOutlineColumns + 1;
   Points m_points;
 };
 
 }  // namespace
 
-void drawBeam(ChartControl& chart, const model::BeamObject& beam) {
+void drawBeam(chart::ChartControl& chart, const model::BeamObject& beam) {
   const double end = beam.Span / 2;
   const double top = -beam.BeamTop;
   const double bottom = -beam.BeamBottom;
@@ -132,7 +134,7 @@ void drawBeam(ChartControl& chart, const model::BeamObject& beam) {
   }
 }
 
-void drawSection(ChartControl& chart, const model::ObjectTables& job) {
+void drawSection(chart::ChartControl& chart, const model::ObjectTables& job) {
   const std::size_t objects =
       job.Solids.size() + job.Bars.size() + job.Tendons.size() + job.AxialForces.size();
   int rows = mostRows(job.Solids, 4, 1);
@@ -145,9 +147,9 @@ void drawSection(ChartControl& chart, const model::ObjectTables& job) {
 
   SectionDrawing drawing(chart);
   drawing.addSolids(job.Solids);
-  drawing.addMarks("Bar", job.Bars, MarkerStyle::Square, kRed);
-  drawing.addMarks("Tendon", job.Tendons, MarkerStyle::Circle, kGreen);
-  drawing.addMarks("Axial Force", job.AxialForces, MarkerStyle::Diamond, kBlue);
+  drawing.addMarks("Bar", job.Bars, chart::MarkerStyle::Square, kRed);
+  drawing.addMarks("Tendon", job.Tendons, chart::MarkerStyle::Circle, kGreen);
+  drawing.addMarks("Axial Force", job.AxialForces, chart::MarkerStyle::Diamond, kBlue);
 }
 
 }  // namespace torvik::views

@@ -10,8 +10,8 @@
 #include "analysis/stress_strain_curve.h"
 #include "base/number_text.h"
 #include "base/paths.h"
-#include "views/chart_control.h"
-#include "views/shown_text.h"
+#include "chart/control.h"
+#include "widgets/shown_text.h"
 
 namespace torvik::views {
 
@@ -36,8 +36,8 @@ template <class Row>
 void extendTitle(ChartWindow& window, ObjectKind kind, const Row& row) {
   QString title = window.windowTitle() + " - " +
                   QString::fromStdString(std::string(model::sectionNameOf(kind))) + " - " +
-                  shownText(row.Type);
-  if (row.Type == "File") title += " - " + shownText(base::shortenPath(row.File));
+                  widgets::shownText(row.Type);
+  if (row.Type == "File") title += " - " + widgets::shownText(base::shortenPath(row.File));
   window.setWindowTitle(title);
 }
 
@@ -52,7 +52,7 @@ int rowsOf(const analysis::CurveRange& range, std::size_t points) {
 void drawStressStrainCurve(ChartWindow& window, ObjectKind kind, const model::ObjectTables& oneRow,
                            const base::ProfileFile& settings, materials::StressStrainContext& context) {
   analysis::withLawRow(oneRow, kind, 0, [&](const auto& row) {
-    ChartControl& chart = window.chart();
+    chart::ChartControl& chart = window.chart();
     chart.setRowCount(0);
     extendTitle(window, kind, row);
     const analysis::CurveRange range = analysis::curveRange(kind, settings);

@@ -13,8 +13,8 @@
 #include "base/errors.h"
 #include "base/files.h"
 #include "base/title.h"
-#include "views/shown_text.h"
-#include "views/table_view.h"
+#include "widgets/shown_text.h"
+#include "widgets/table_view.h"
 
 namespace torvik::views {
 
@@ -26,7 +26,7 @@ constexpr int kWidestAtFirst = 720;
 TableWindow::TableWindow(Shell& shell, TableKind kind, const model::ObjectTables& job)
     : ChildWindow(shell, QStringLiteral("frmTable"), static_cast<int>(kind)),
       m_table(new ResultTable(kind, job, this)),
-      m_view(new TableView(this)),
+      m_view(new widgets::TableView(this)),
       m_saveTableAs(new QAction(QStringLiteral("Sa&ve Table As..."), this)),
       m_fitColumns(new QAction(QStringLiteral("&Fit Column Widths"), this)) {
   setWindowTitle(ResultTable::title(kind));
@@ -46,7 +46,7 @@ TableWindow::TableWindow(Shell& shell, TableKind kind, const model::ObjectTables
   m_fitColumns->setObjectName(QStringLiteral("mnuTableFitColumns"));
   connect(m_saveTableAs, &QAction::triggered, this, &TableWindow::saveTableAs);
   connect(m_fitColumns, &QAction::triggered, this, &TableWindow::fitAllColumns);
-  connect(m_view, &TableView::copiedByKeyboard, this, [this] { this->shell().PasteOnEnter = true; });
+  connect(m_view, &widgets::TableView::copiedByKeyboard, this, [this] { this->shell().PasteOnEnter = true; });
 }
 
 ChildCommands TableWindow::commands() const {
@@ -103,7 +103,7 @@ void TableWindow::saveTableAs() {
   try {
     base::replaceWholeFile(QFile::encodeName(path).toStdString(), m_table->text(tabs ? '\t' : ','));
   } catch (const base::InputError& error) {
-    shell().showMessage(shownText(error.what()));
+    shell().showMessage(widgets::shownText(error.what()));
   }
 }
 

@@ -4,9 +4,11 @@
 #include "views/child_window.h"
 #include "views/result_table.h"
 
-namespace torvik::views {
-
+namespace torvik::widgets {
 class TableView;
+}
+
+namespace torvik::views {
 
 /// `frmTable`: the results of a job as a grid that can be read and copied. Its `Tag` is the `TableKind`.
 class TableWindow : public ChildWindow {
@@ -20,7 +22,7 @@ class TableWindow : public ChildWindow {
 
   /// What a job writes into.
   [[nodiscard]] ResultTable& table() { return *m_table; }
-  [[nodiscard]] TableView& view() { return *m_view; }
+  [[nodiscard]] widgets::TableView& view() { return *m_view; }
 
   [[nodiscard]] ChildCommands commands() const override;
   [[nodiscard]] QList<QAction*> ownActions() override;
@@ -43,7 +45,7 @@ class TableWindow : public ChildWindow {
 
  private:
   ResultTable* m_table;
-  TableView* m_view;
+  widgets::TableView* m_view;
   QAction* m_saveTableAs;
   QAction* m_fitColumns;
 };

@@ -21,7 +21,7 @@ const QColor kPale(190, 208, 235);
 }  // namespace
 
 SectionPreview::SectionPreview(QWidget* parent)
-    : QWidget(parent), m_chart(new views::ChartControl), m_summary(new QLabel) {
+    : QWidget(parent), m_chart(new chart::ChartControl), m_summary(new QLabel) {
   m_chart->setObjectName("MSChart1");
   m_chart->setMinimumSize(300, 300);
   m_chart->setFocusPolicy(Qt::NoFocus);
@@ -38,8 +38,8 @@ SectionPreview::SectionPreview(QWidget* parent)
 
 void SectionPreview::drawLine(int firstColumn, const SketchLine& line, const QColor& colour,
                               const char* name) {
-  m_chart->setSeriesName(firstColumn, name, views::PointName::Series);
-  m_chart->setLineSeries(firstColumn, views::PenStyle::Solid, colour);
+  m_chart->setSeriesName(firstColumn, name, chart::PointName::Series);
+  m_chart->setLineSeries(firstColumn, chart::PenStyle::Solid, colour);
   int row = 0;
   for (const auto& point : line) {
     ++row;
@@ -53,11 +53,11 @@ void SectionPreview::showText(const QString& text) {
   m_summary->setText(text);
   m_chart->clear();
   m_chart->setUniformAxis(true);
-  m_chart->setAxisTitle(views::kAxisX, "Width [mm]");
-  m_chart->setAxisTitle(views::kAxisY, "Depth [mm]");
-  for (const int axis : {views::kAxisX, views::kAxisY}) {
-    m_chart->setAxisPen(axis, views::PenStyle::None);
-    m_chart->setGridPen(axis, views::PenStyle::Dotted);
+  m_chart->setAxisTitle(chart::kAxisX, "Width [mm]");
+  m_chart->setAxisTitle(chart::kAxisY, "Depth [mm]");
+  for (const int axis : {chart::kAxisX, chart::kAxisY}) {
+    m_chart->setAxisPen(axis, chart::PenStyle::None);
+    m_chart->setGridPen(axis, chart::PenStyle::Dotted);
   }
 }
 

@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QWidget>
 
-#include "views/chart_control.h"
+#include "chart/control.h"
 #include "wizard/section_sketch.h"
 
 namespace torvik::wizard {
@@ -22,7 +22,7 @@ class SectionPreview : public QWidget {
  private:
   void drawLine(int firstColumn, const SketchLine& line, const QColor& colour, const char* name);
 
-  views::ChartControl* m_chart;
+  chart::ChartControl* m_chart;
   QLabel* m_summary;
 };
 

@@ -9,7 +9,7 @@
 #include "base/errors.h"
 #include "base/files.h"
 #include "base/number_text.h"
-#include "views/shown_text.h"
+#include "widgets/shown_text.h"
 #include "wizard/dialog_fields.h"
 
 namespace torvik::wizard {
@@ -66,7 +66,7 @@ void SolidDialog::load() {
     try {
       take();
     } catch (const base::InputError& error) {
-      bad.append(views::shownText(error.what()));
+      bad.append(widgets::shownText(error.what()));
     }
   };
   read([&] { checkStored(*m_whole, file, "Whole", static_cast<int>(WholeShape::Tapered)); });
@@ -74,7 +74,7 @@ void SolidDialog::load() {
   for (std::size_t i = 0; i < kFields.size(); ++i) {
     if (i == kNumberField)
       read([&] { checkStored(*m_mode, file, "Fibers", static_cast<int>(FibreMode::InNumber)); });
-    m_boxes[i]->setText(views::shownText(base::plainText(kFields.at(i).defaultValue)));
+    m_boxes[i]->setText(widgets::shownText(base::plainText(kFields.at(i).defaultValue)));
     read([&] { m_boxes[i]->setText(QString::fromStdString(storedText(file, i))); });
   }
   // Told, with the defaults in their places: the user can put it right here.
@@ -202,7 +202,7 @@ bool SolidDialog::check(std::size_t field) {
     if (field == kNumberField && *number > kMostFibres) return set("Maximum Fibers Number (", kMostFibres);
     if (field == kHeightField && *number == 0) return set("Positive Fibers Height (", 1);
   } catch (const base::InputError& error) {
-    m_shell.showMessage(windowTitle() + ": " + views::shownText(error.what()));
+    m_shell.showMessage(windowTitle() + ": " + widgets::shownText(error.what()));
     return false;
   }
   return true;
@@ -233,7 +233,7 @@ void SolidDialog::finish() {
         fault = "Invalid section.";
       }
     } catch (const std::exception& error) {
-      fault = windowTitle() + ": " + views::shownText(error.what());
+      fault = windowTitle() + ": " + widgets::shownText(error.what());
     }
   }
   if (!fault.isEmpty()) {

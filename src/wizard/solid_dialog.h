@@ -15,7 +15,7 @@
 #include "base/profile.h"
 #include "model/input_file.h"
 #include "views/shell.h"
-#include "views/up_down.h"
+#include "widgets/up_down.h"
 #include "wizard/fibre_generation.h"
 #include "wizard/section_preview.h"
 
@@ -80,7 +80,7 @@ class SolidDialog : public QDialog {
   std::vector<QLabel*> m_letters;   ///< of the dimensions
   std::array<QLabel*, 3> m_wholePictures{};
   std::array<QLabel*, 3> m_hollowPictures{};
-  views::UpDown* m_upDown = nullptr;
+  widgets::UpDown* m_upDown = nullptr;
   std::array<QPushButton*, 5> m_buttons{};
   SectionPreview* m_preview = nullptr;
   model::ObjectTables m_generated;

@@ -9,7 +9,7 @@
 #include <QSvgRenderer>
 #include <utility>
 
-#include "views/entry_box.h"
+#include "widgets/entry_box.h"
 #include "wizard/dialog_fields.h"
 #include "wizard/solid_dialog.h"
 
@@ -100,12 +100,12 @@ QWidget* SolidDialog::buildShapePage() {
 }
 
 QLineEdit* SolidDialog::addBox(std::size_t field) {
-  auto* box = new views::EntryBox(kFields.at(field).filter);
+  auto* box = new widgets::EntryBox(kFields.at(field).filter);
   box->setObjectName(kFields.at(field).box);
   box->setMaxLength(254);  // what a key can hold
   box->setAlignment(Qt::AlignRight);
   box->setMaximumWidth(110);
-  connect(box, &views::EntryBox::left, this, [this, field] {
+  connect(box, &widgets::EntryBox::left, this, [this, field] {
     check(field);
     redraw();
   });
@@ -165,10 +165,10 @@ QWidget* SolidDialog::buildFibrePage() {
     fields->addWidget(choice, row, 0);
     fields->addWidget(addBox(kNumberField + i), row, 1);
   }
-  auto& fibres = static_cast<views::EntryBox&>(*m_boxes[kNumberField]);
-  m_upDown = new views::UpDown(fibres, {kFewestFibres, kMostFibres, kFibresStep, kFewestFibres});
+  auto& fibres = static_cast<widgets::EntryBox&>(*m_boxes[kNumberField]);
+  m_upDown = new widgets::UpDown(fibres, {kFewestFibres, kMostFibres, kFibresStep, kFewestFibres});
   m_upDown->setObjectName("UpDown21");
-  connect(&fibres, &views::EntryBox::arrowPressed, m_upDown, &views::UpDown::step);
+  connect(&fibres, &widgets::EntryBox::arrowPressed, m_upDown, &widgets::UpDown::step);
   fields->addWidget(m_upDown, 0, 2);
   fields->addWidget(new QLabel("mm"), 1, 2);
   fields->setColumnStretch(3, 1);

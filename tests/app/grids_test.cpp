@@ -5,7 +5,7 @@
 #include <QMenu>
 
 #include "app/window_fixture.h"
-#include "views/table_view.h"
+#include "widgets/table_view.h"
 
 namespace torvik::app {
 namespace {
@@ -17,7 +17,7 @@ class Grids : public WindowTest {
   /// Opens the bars and types 440 over the 450 of the first row's depth; the editor stays open.
   void typeADepth() {
     if (!window->gridOf(ObjectKind::Bar)) trigger("mnuObjectSetting2");
-    auto* const view = window->activeGrid()->findChild<views::TableView*>("MSFlexGrid1");
+    auto* const view = window->activeGrid()->findChild<widgets::TableView*>("MSFlexGrid1");
     view->selectCells({0, 7, 0, 7});
     view->setFocus();
     for (const char key : {'4', '4', '0'}) QTest::keyClick(QApplication::focusWidget(), key);
@@ -110,7 +110,7 @@ TEST_F(Grids, CommandsFollowTheActiveGridAndAddDefaults) {
     EXPECT_EQ(setting("Bar", "Area"), yes ? grid.text(0, 6) : "(none)");
   }
   QApplication::clipboard()->setText("abc");
-  window->activeGrid()->findChild<views::TableView*>()->selectCells({0, 6, 0, 6});
+  window->activeGrid()->findChild<widgets::TableView*>()->selectCells({0, 6, 0, 6});
   trigger("mnuEditEdit2");
   trigger("mnuObjectSetDefault");
   EXPECT_EQ(log.filter("Area").filter("expected a number").size(), 1) << "what a row can not begin with";

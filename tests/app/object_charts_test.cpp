@@ -6,15 +6,15 @@
 #include "app/object_charts.h"
 #include "app/window_fixture.h"
 #include "base/number_text.h"
-#include "views/chart_control.h"
-#include "views/matrix_text.h"
+#include "chart/control.h"
+#include "chart/matrix_text.h"
 
 namespace torvik::app {
 namespace {
 
 class ObjectCharts : public WindowTest {
  protected:
-  [[nodiscard]] views::ChartControl& chart(const QString& title) const {
+  [[nodiscard]] chart::ChartControl& chart(const QString& title) const {
     return child<views::ChartWindow>(title).chart();
   }
   /// All points of both charts that a solver table brings back.

@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 #include "app/window_fixture.h"
-#include "views/chart_control.h"
+#include "chart/control.h"
 #include "views/chart_window.h"
 
 namespace torvik::app {
@@ -39,7 +39,7 @@ TEST_F(OptionsInTheWindow, ADoubleClickOnAChartOpensItsAxesWhileTheJobGoesOn) {
   QTest::qWait(1);
   EXPECT_FALSE(dialog());
   const auto scaleOf = [&](const char* title) {
-    return child<views::ChartWindow>(title).chart().valueScale(views::kAxisX);
+    return child<views::ChartWindow>(title).chart().valueScale(chart::kAxisX);
   };
   EXPECT_EQ(scaleOf("Chart - Moment").Maximum, 12345);
   EXPECT_TRUE(scaleOf("Chart - Curvature").Auto);

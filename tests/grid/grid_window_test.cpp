@@ -18,7 +18,7 @@
 #include "grid/cell_editor_controls.h"
 #include "grid/cells.h"
 #include "views/fake_shell.h"
-#include "views/table_view.h"
+#include "widgets/table_view.h"
 
 namespace torvik::grid {
 namespace {
@@ -45,7 +45,7 @@ class GridWindowTest : public ::testing::Test {
     area.addSubWindow(window)->resize(900, 350);
     window->show();
     window->setFocus();
-    view = window->findChild<views::TableView*>("MSFlexGrid1");
+    view = window->findChild<widgets::TableView*>("MSFlexGrid1");
     document.SavedFlag = true;
   }
   void select(int row, int column) { view->selectCells({row, column, row, column}); }
@@ -96,7 +96,7 @@ class GridWindowTest : public ::testing::Test {
   model::Document document;
   QMdiArea area;
   GridWindow* window = nullptr;
-  views::TableView* view = nullptr;
+  widgets::TableView* view = nullptr;
 };
 
 TEST_F(GridWindowTest, EditorsOpenByKeyAndDoubleClick) {
@@ -214,7 +214,7 @@ TEST_F(GridWindowTest, ClipboardKeys) {
   EXPECT_EQ(shell.messages, QStringList("torvik MSFlexGrid: Can't paste."));
   select(3, 5);
   press(Qt::Key_Return);
-  EXPECT_EQ(view->cells(), (views::CellRange{3, 5, 4, 6}));
+  EXPECT_EQ(view->cells(), (widgets::CellRange{3, 5, 4, 6}));
   press(Qt::Key_Return);  // once
   EXPECT_EQ(cell(3, 5) + cell(4, 6) + cell(5, 5) + place(), "1204,5");
   document.SavedFlag = true;

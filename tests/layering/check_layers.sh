@@ -11,21 +11,23 @@ declare -A allowed=(
   [model]="base"
   [materials]="base model"
   [analysis]="base model materials"
-  [views]="base model materials analysis"
+  [chart]="base"
+  [widgets]="base"
+  [views]="base model materials analysis chart widgets"
   [grid]="base model materials"
   [wizard]="base model"
-  [options]="base model materials analysis views"
-  [printing]="base model materials analysis views"
+  [options]="base model materials analysis chart widgets views"
+  [printing]="base model materials analysis chart widgets views"
   [batch]="base model materials analysis"
-  [app]="base model materials analysis views grid wizard options printing"
+  [app]="base model materials analysis chart widgets views grid wizard options printing"
 )
 # Names of the files that make windows. In a folder that has both halves, what these may include besides.
 declare -A window_files=(
-  [views]="*" [options]="*" [printing]="*" [app]="*"
+  [chart]="*" [widgets]="*" [views]="*" [options]="*" [printing]="*" [app]="*"
   [grid]="grid_window* cell_editor* grid_model*"
   [wizard]="*dialog* *preview*"
 )
-declare -A window_allowed=([grid]="analysis views" [wizard]="materials analysis views grid")
+declare -A window_allowed=([grid]="analysis widgets views" [wizard]="materials analysis chart widgets views grid")
 
 # is_window FOLDER FILE
 is_window() {

@@ -18,7 +18,7 @@ namespace {
 
 class Options : public ::testing::Test {
  protected:
-  void open(const std::string& settings = {}, views::ChartControl* chart = nullptr) {
+  void open(const std::string& settings = {}, chart::ChartControl* chart = nullptr) {
     shell.settings = base::ProfileFile::ofText(settings, "torvik.ini");
     const Services services{[this](const QString& file) { played.append(file); },
                             [this](const QString& key) { helpKey = key; }, "/sounds"};
@@ -167,8 +167,8 @@ TEST_F(Options, LeavingABoxForOkChecksItOnceAndOkGoesOn) {
 }
 
 TEST_F(Options, KeysAreFilteredAndTheSpinButtonsKeepTheirBounds) {
-  views::ChartControl chart;
-  chart.setValueScale(views::kAxisX, {false, 0, 10, 19});
+  chart::ChartControl chart;
+  chart.setValueScale(chart::kAxisX, {false, 0, 10, 19});
   open({}, &chart);
   const struct {
     int tab;
@@ -210,8 +210,8 @@ TEST_F(Options, AJobIsNeverLeftWithoutSolverOutputByAClick) {
 TEST_F(Options, AxesAreThoseOfTheChart) {
   const std::string kAxes = "[Option]\nSelectedTab=4\n";
   const auto texts = [&] { return text("Text31_0") + " " + text("Text32_0") + " " + text("Text33_0"); };
-  auto chart = std::make_unique<views::ChartControl>();
-  chart->setValueScale(views::kAxisX, {false, -5, 20, 4});
+  auto chart = std::make_unique<chart::ChartControl>();
+  chart->setValueScale(chart::kAxisX, {false, -5, 20, 4});
   open(kAxes, chart.get());
   EXPECT_EQ(texts(), "-5 20 4");
   EXPECT_EQ(checks({"Check31_0", "Check31_1"}), "01");
@@ -222,10 +222,10 @@ TEST_F(Options, AxesAreThoseOfTheChart) {
   click("Check31_1");
   enter("Text32_1", "1000");
   click("Command1_0");
-  EXPECT_EQ(chart->valueScale(views::kAxisX).Minimum, -7);
-  EXPECT_EQ(chart->valueScale(views::kAxisX).Maximum, 20);  // what is no number is skipped
-  EXPECT_FALSE(chart->valueScale(views::kAxisY).Auto);
-  EXPECT_EQ(chart->valueScale(views::kAxisY).Maximum, 1000);
+  EXPECT_EQ(chart->valueScale(chart::kAxisX).Minimum, -7);
+  EXPECT_EQ(chart->valueScale(chart::kAxisX).Maximum, 20);  // what is no number is skipped
+  EXPECT_FALSE(chart->valueScale(chart::kAxisY).Auto);
+  EXPECT_EQ(chart->valueScale(chart::kAxisY).Maximum, 1000);
 
   open(kAxes, chart.get());
   click("Check31_0");
@@ -234,7 +234,7 @@ TEST_F(Options, AxesAreThoseOfTheChart) {
   EXPECT_EQ(texts(), "-7 20 4");
   click("Check31_0");
   click("Command1_0");
-  EXPECT_TRUE(chart->valueScale(views::kAxisX).Auto);
+  EXPECT_TRUE(chart->valueScale(chart::kAxisX).Auto);
 
   open(kAxes, chart.get());
   get("Text33_0").setText("7");  // by whatever way it changes

@@ -9,7 +9,7 @@
 #include <QRegularExpression>
 
 #include "analysis/models.h"
-#include "views/chart_control.h"
+#include "chart/control.h"
 #include "views/chart_window.h"
 #include "views/fake_shell.h"
 #include "views/table_window.h"

@@ -5,7 +5,6 @@
 #include <QStringList>
 #include <functional>
 
-#include "base/errors.h"
 #include "views/shell.h"
 
 namespace torvik::views {
@@ -48,14 +47,5 @@ class FakeShell : public Shell {
     return yes;
   }
 };
-
-inline bool raises51(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const base::InternalError& error) {
-    return error.number() == 51;
-  }
-  return false;
-}
 
 }  // namespace torvik::views

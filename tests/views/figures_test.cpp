@@ -6,11 +6,12 @@
 
 #include "analysis/models.h"
 #include "base/errors.h"
+#include "base/raises51.h"
 #include "base/temporary_folder.h"
+#include "chart/matrix_text.h"
 #include "views/chart_window.h"
 #include "views/fake_shell.h"
 #include "views/figures.h"
-#include "views/matrix_text.h"
 #include "views/stress_strain_chart.h"
 
 namespace torvik::views {
@@ -31,7 +32,7 @@ TEST(Figures, section_has_a_series_for_each_object) {
 
   FakeShell shell;
   ChartWindow window(shell, static_cast<int>(ChartKind::FigureSection));
-  ChartControl& chart = window.chart();
+  chart::ChartControl& chart = window.chart();
   drawSection(chart, job);
   EXPECT_EQ(chart.RowCount(), 13);
   EXPECT_EQ(chart.ColumnCount(), 20);
@@ -78,7 +79,7 @@ class StressStrain : public ::testing::Test {
   FakeShell shell;
   materials::StressStrainContext context;
   ChartWindow window{shell, static_cast<int>(ChartKind::StressStrain)};
-  ChartControl& chart = window.chart();
+  chart::ChartControl& chart = window.chart();
   model::ObjectTables row;
 };
 
@@ -113,7 +114,7 @@ TEST_F(StressStrain, chart_has_curve_and_watch_point) {
   row.Tendons[0].WatchStrain = "0.001";
   draw(model::ObjectKind::Tendon);
   EXPECT_EQ(matrixOf(chart), ",,0.1,200;");
-  EXPECT_TRUE(raises51([&] { draw(model::ObjectKind::Beam); }));
+  EXPECT_TRUE(tests::raises51([&] { draw(model::ObjectKind::Beam); }));
 }
 
 }  // namespace

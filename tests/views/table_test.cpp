@@ -15,8 +15,8 @@
 #include "analysis/models.h"
 #include "base/files.h"
 #include "views/fake_shell.h"
-#include "views/table_view.h"
 #include "views/table_window.h"
+#include "widgets/table_view.h"
 
 namespace torvik::views {
 namespace {
@@ -62,7 +62,7 @@ class TableTest : public ::testing::Test {
   model::ObjectTables job;
   QMdiArea area;
   TableWindow* window = nullptr;
-  TableView* view = nullptr;
+  widgets::TableView* view = nullptr;
 };
 
 TEST_F(TableTest, ValuesAreCopiedInTheirFormats) {
@@ -103,19 +103,19 @@ TEST_F(TableTest, BottomRowIsFollowedUnlessTheUserIsElsewhere) {
   addRows(40);
   view->verticalScrollBar()->setValue(10);
   addRows(5);
-  EXPECT_EQ(view->cells(), (CellRange{45, 0, 45, 0}));
+  EXPECT_EQ(view->cells(), (widgets::CellRange{45, 0, 45, 0}));
   EXPECT_EQ(bar.value(), 10);
   // Back at the end, the view follows again; along a column of the user's choice, and in a lower window.
   QTest::keyClick(view, Qt::Key_End, Qt::ControlModifier);
   addRows(32768);
   window->frame()->resize(500, 200);
   QCoreApplication::processEvents();
-  EXPECT_EQ(view->cells(), (CellRange{32813, 8, 32813, 8}));
+  EXPECT_EQ(view->cells(), (widgets::CellRange{32813, 8, 32813, 8}));
   EXPECT_EQ(bar.value(), bar.maximum());
   view->selectCells({32801, 7, 32800, 2});
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_9}) QTest::keyClick(view, key);
   addRows(20);
-  EXPECT_EQ(view->cells(), (CellRange{32802, 8, 32802, 8}));
+  EXPECT_EQ(view->cells(), (widgets::CellRange{32802, 8, 32802, 8}));
 }
 
 TEST_F(TableTest, ColumnWidthsSurviveAndFit) {
@@ -136,7 +136,7 @@ TEST_F(TableTest, ColumnWidthsSurviveAndFit) {
   const QPoint place(centre(0, 3).x(), 5);
   QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, place);
   QTest::mouseDClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, place);
-  EXPECT_EQ(view->cells(), (CellRange{1, 4, 0, 3}));
+  EXPECT_EQ(view->cells(), (widgets::CellRange{1, 4, 0, 3}));
   EXPECT_NEAR(view->columnWidth(4), view->fontMetrics().horizontalAdvance("1.5000E+04") + 10, 6);
   window->originalColumnWidth();
   for (const int column : {3, 4, 5}) EXPECT_EQ(view->columnTwips(column), 800);
@@ -159,14 +159,6 @@ TEST_F(TableTest, SavesAllRows) {
   EXPECT_EQ(base::readWholeFile(folder.filePath("a.TSV").toStdString()), content);
   EXPECT_EQ(shell.proposal, "Solver.csv");
   EXPECT_EQ(shell.messages.size(), 1);
-}
-
-TEST(ShortenedNumber, RoundsToWhatFits) {
-  const auto inRoom = [](const char* text, qsizetype most) {
-    return shortenedNumber(text, 9, [most](const QString& tried) { return tried.size() <= most; });
-  };
-  EXPECT_EQ(inRoom("9.9996E+09", 6), "1.0E10");
-  EXPECT_EQ(inRoom("0.000669123", 7), "6.69E-4");
 }
 
 }  // namespace

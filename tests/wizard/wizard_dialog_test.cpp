@@ -204,7 +204,7 @@ TEST_F(WizardDialog, TellsStoredValuesOfAnotherKindAndShowsTheirDefaults) {
 TEST_F(WizardDialog, PreviewFollowsWhatIsTyped) {
   open("Hollow=0\n");
   type("\r500\t400\t800\t\t300\t300\t500\t150");
-  const auto& chart = find<views::ChartControl>("MSChart1");
+  const auto& chart = find<chart::ChartControl>("MSChart1");
   EXPECT_EQ(chart.Data(1, 1) + " " + chart.Data(2, 1) + " " + chart.Data(2, 2), "250 200 -800");
   EXPECT_EQ(chart.Data(1, 3) + " " + chart.Data(1, 4), "150 -150");
   EXPECT_EQ(find<QLabel>("Label1").text().left(9), "98 fibers");
