@@ -25,12 +25,15 @@ using namespace torvik;
 class NoDialogs : public app::Dialogs {
  public:
   void information(const QString&, const QString&) override {}
+  void notice(const QString&, const QString&) override {}
   bool question(const QString&, const QString&) override { return true; }
   QStringList openFiles(const QString&, const QString&) override { return {}; }
   QString openFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return {}; }
-  bool setUpPage(QPrinter&) override { return false; }
-  bool choosePrinter(QPrinter&) override { return false; }
+  void saveFile(const QString&, const QString&, const QString&, const QString&,
+                std::function<void(const QString&)>) override {}
+  void setUpPage(QPrinter&, std::function<void()>) override {}
+  void choosePrinter(QPrinter&, std::function<void()>) override {}
   QString input(const QString&, const QString& caption, const QString&) override {
     return caption == "Section Shape" ? "r" : "300";
   }

@@ -106,11 +106,15 @@ MainWindow::~MainWindow() {
   m_area->disconnect(this);  // it goes later than what its signals would set
 }
 
-void MainWindow::guarded(const QString& doing, const std::function<void()>& command) {
+void MainWindow::guarded(const QString& doing, const std::function<void()>& command, Box box) {
   try {
     command();
   } catch (const std::exception& error) {
-    showMessage(doing + ": " + widgets::shownText(error.what()));
+    const QString text = doing + ": " + widgets::shownText(error.what());
+    if (box == Box::Beside)
+      notice(text);
+    else
+      showMessage(text);
   }
 }
 
@@ -182,7 +186,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  if (m_options) m_options->close();
+  for (QDialog* box : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) box->close();
   if (!closeAllChildren()) {
     event->ignore();
     return;
@@ -262,7 +266,8 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
   m_restoringLayout = true;  // until the window has snapped back
   QTimer::singleShot(0, this, [this] {
     m_restoringLayout = false;
-    guarded("Resize", [this] { RestoreWindowLayout(readSettings()); });
+    guarded(
+        "Resize", [this] { RestoreWindowLayout(readSettings()); }, Box::Beside);
   });
 }
 
@@ -292,14 +297,15 @@ void MainWindow::openOptions(int tab) {
       settings.ProfileWrite(base::kOptionSection, base::optionKey(OptionId::SelectedTab).name,
                             base::plainText(tab));
     });
-  guarded("Option", [this] {
+  const auto open = [this] {
     auto* const window = qobject_cast<views::ChartWindow*>(m_active.data());
     const options::Services services{[this](const QString& file) { m_program.sounds->play(file); },
                                      [this](const QString& key) { showHelp(key); }, soundFolder()};
     m_options = new options::OptionDialog(*this, window ? &window->chart() : nullptr, services, this);
     m_options->setAttribute(Qt::WA_DeleteOnClose);
     m_options->open();  // and not exec: a job that runs stands below on the stack and goes on
-  });
+  };
+  guarded("Option", open, Box::Beside);
 }
 
 void MainWindow::showHelp(const QString& topic) {
@@ -311,8 +317,17 @@ void MainWindow::showMessage(const QString& text, const QString& caption) {
   m_program.dialogs->information(text, caption.isEmpty() ? title() : caption);
 }
 
-QString MainWindow::askSaveFile(const QString& caption, const QString& proposal, const QString& filter) {
-  return m_program.dialogs->saveFile(caption, proposal, filter, {});
+void MainWindow::notice(const QString& text, const QString& caption) {
+  m_program.dialogs->notice(text, caption.isEmpty() ? title() : caption);
+}
+
+void MainWindow::askSaveFile(const QString& caption, const QString& proposal, const QString& filter,
+                             std::function<void(const QString& path)> then) {
+  m_program.dialogs->saveFile(caption, proposal, filter, {},
+                              [this, caption, then = std::move(then)](const QString& path) {
+                                guarded(
+                                    caption.section(" - ", 1), [&] { then(path); }, Box::Beside);
+                              });
 }
 
 QString MainWindow::askOpenFile(const QString& caption, const QString& proposal, const QString& filter,
@@ -540,10 +555,11 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void MainWindow::stepBoxLostFocus() {
   if (!base::toNumber(m_stepBox->currentText().toStdString())) {
-    guarded("Step box", [this] {
+    const auto takeStored = [this] {
       m_stepBox->setEditText(
           widgets::shownText(base::optionText(readSettings(), OptionId::CurvatureUserRangeStep)));
-    });
+    };
+    guarded("Step box", takeStored, Box::Beside);
   }
   if (m_stepBox->currentText() == "Large") m_stepBox->setEditText("Small");
 }

@@ -80,7 +80,9 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void popupEditMenu(views::ChildWindow& child, const QPoint& globalPosition) override;
   void openOptions(int tab) override;
   void showMessage(const QString& text, const QString& caption = {}) override;
-  QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) override;
+  void notice(const QString& text, const QString& caption = {}) override;
+  void askSaveFile(const QString& caption, const QString& proposal, const QString& filter,
+                   std::function<void(const QString& path)> then) override;
   QString askOpenFile(const QString& caption, const QString& proposal, const QString& filter,
                       const QString& defaultExtension) override;
   bool ask(const QString& question) override;
@@ -102,8 +104,10 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void buildToolBar();
   QAction* add(QMenu& menu, const QString& name, int index, const QString& caption,
                std::function<void()> command, const QKeySequence& shortcut = {});
+  enum class Box { Stops, Beside };
   /// Runs a command; whatever fails in it becomes one message box that says what was being done.
-  void guarded(const QString& doing, const std::function<void()>& command);
+  /// @param box  Beside: a job goes on behind it
+  void guarded(const QString& doing, const std::function<void()>& command, Box box = Box::Stops);
   void setEnabled(const QString& name, int first, int last, bool on);
   void applyChildCommands();
   bool mayDropEdits(const QString& question);
@@ -114,6 +118,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void mnuFileRecentPath_Click(int index);
   void mnuFilePrint_Click(int index);
   QPrinter& printer();
+  void print(views::ChildWindow& child);
   void mnuObjectChart_Click();
   void mnuObjectFigure_Click();
   void mnuObjectSetting_Click(int index);

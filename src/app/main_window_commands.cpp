@@ -37,10 +37,13 @@ QAction* MainWindow::add(QMenu& menu, const QString& name, int index, const QStr
                      (name == "mnuWindowAll" && index == 2);
   connect(action, &QAction::triggered, this, [this, doing, waits, command = std::move(command)] {
     if (waits && m_job->isRunning()) return;
-    guarded(doing, [&] {
+    // A box blocks the frame, but until it has the keyboard a shortcut still comes here: no second box.
+    if (QApplication::activeModalWidget()) return;
+    const auto act = [&] {
       for (views::ChildWindow* child : children()) child->finishEditing();
       command();
-    });
+    };
+    guarded(doing, act, waits ? Box::Stops : Box::Beside);
   });
   return action;
 }
@@ -132,8 +135,12 @@ void MainWindow::buildMenus() {
   QMenu& help = *menuBar()->addMenu("&Help");
   add(
       help, "mnuHelpHelp", 0, "&Help", [this] { showHelp({}); }, Key::HelpContents);
-  add(help, "mnuHelpHelp", 1, "Home &Page", [this] { showMessage("Home page is not available now."); });
-  add(help, "mnuHelpAbout", -1, "&About...", [this] { AboutBox(*this, this).exec(); });
+  add(help, "mnuHelpHelp", 1, "Home &Page", [this] { notice("Home page is not available now."); });
+  add(help, "mnuHelpAbout", -1, "&About...", [this] {
+    auto* const box = new AboutBox(*this, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+  });
 }
 
 void MainWindow::buildToolBar() {

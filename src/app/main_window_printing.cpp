@@ -24,16 +24,25 @@ QPrinter& MainWindow::printer() {
 }
 
 void MainWindow::mnuFilePrint_Click(int index) {
-  Dialogs& dialogs = *m_program.dialogs;
-  const bool confirmed = index == 0 ? dialogs.setUpPage(printer()) : dialogs.choosePrinter(printer());
-  if (!confirmed) return;
-  changeSettings([this](base::ProfileFile& settings) { printing::writePrinter(printer(), settings); });
-  if (index == 0 || !m_active) return;
+  const QPointer<views::ChildWindow> child = index == 0 ? nullptr : m_active;
+  const auto then = [this, index, child] {
+    const auto act = [&] {
+      changeSettings([this](base::ProfileFile& settings) { printing::writePrinter(printer(), settings); });
+      if (child && !child->isUnloaded()) print(*child);
+    };
+    guarded(index == 0 ? "Printer Setup" : "Print", act, Box::Beside);
+  };
+  if (index == 0)
+    m_program.dialogs->setUpPage(printer(), then);
+  else
+    m_program.dialogs->choosePrinter(printer(), then);
+}
 
-  if (auto* const table = qobject_cast<views::TableWindow*>(m_active.data())) table->table().flushNow();
+void MainWindow::print(views::ChildWindow& child) {
+  if (auto* const table = qobject_cast<views::TableWindow*>(&child)) table->table().flushNow();
   const QString file = QFileInfo(widgets::shownText(m_program.document.currentFile)).fileName();
   showWaitCursor(true);
-  const int pages = printing::print(*m_active, printer(), file);
+  const int pages = printing::print(child, printer(), file);
   showWaitCursor(false);
   if (pages == 0) throw base::InputError("The printer can not be written to.");
 }

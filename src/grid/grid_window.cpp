@@ -295,7 +295,7 @@ bool GridWindow::pasteClipboard() {
     return pasted.value_or(Extent{});
   });
   if (!pasted) {
-    shell().showMessage(QStringLiteral("Can't paste."), title() + QStringLiteral(" MSFlexGrid"));
+    shell().notice(QStringLiteral("Can't paste."), title() + QStringLiteral(" MSFlexGrid"));
     return false;
   }
   const Selection& cells = pasted->touched;

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
@@ -269,17 +270,21 @@ void ChartWindow::setPieces(std::span<const double> place, std::span<const doubl
 
 void ChartWindow::savePicture() {
   const QString kind = windowTitle().section(" - ", 1).replace('/', '_');  // of "Chart - Moment-Curvature"
-  const QString path =
-      shell().askSaveFile(QString(base::kTitle) + " - Save Picture As", kind + ".png",
-                          tr("Pictures (*.png);;Vector Pictures (*.svg);;Documents (*.pdf)"));
-  if (path.isEmpty()) return;
+  shell().askSaveFile(QString(base::kTitle) + " - Save Picture As", kind + ".png",
+                      tr("Pictures (*.png);;Vector Pictures (*.svg);;Documents (*.pdf)"),
+                      [window = QPointer<ChartWindow>(this)](const QString& path) {
+                        if (window && !window->isUnloaded()) window->writePicture(path);
+                      });
+}
+
+void ChartWindow::writePicture(const QString& path) {
   const QString lower = path.toLower();
   const auto write = [this](const QString& name, const QByteArray& content) {
     try {
       base::replaceWholeFile(std::filesystem::path(QFile::encodeName(name).toStdString()),
                              std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
     } catch (const base::InputError& error) {
-      shell().showMessage(widgets::shownText(error.what()));
+      shell().notice(widgets::shownText(error.what()));
     }
   };
   if (lower.endsWith(".svg"))
@@ -291,7 +296,7 @@ void ChartWindow::savePicture() {
   else if (const QString name = path + ".png"; !QFile::exists(name))
     write(name, m_chart->png());
   else
-    shell().showMessage(tr("The name of a picture ends in .png, .svg or .pdf."));
+    shell().notice(tr("The name of a picture ends in .png, .svg or .pdf."));
 }
 
 }  // namespace torvik::views

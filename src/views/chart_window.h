@@ -77,6 +77,7 @@ class ChartWindow : public ChildWindow {
   void setObjectPair(int firstColumn, const analysis::SectionState::Rows& rows, double (*xOf)(double));
   void require(bool isKind) const;
   void savePicture();
+  void writePicture(const QString& path);
 
   chart::ChartControl* m_chart;
   QAction* m_automaticScale;

@@ -41,9 +41,13 @@ class Shell {
 
   /// A message box with the information icon. @param caption  empty: the title
   virtual void showMessage(const QString& text, const QString& caption = {}) = 0;
-  /// A file to write. @param filter  in the toolkit's form. @return the chosen path; empty where it was
-  /// cancelled
-  virtual QString askSaveFile(const QString& caption, const QString& proposal, const QString& filter) = 0;
+  /// The same box for what is no answer to a job: returns at once, and a job goes on behind it.
+  virtual void notice(const QString& text, const QString& caption = {}) = 0;
+  /// A file to write. Returns at once as well: the window that asks may be gone when the answer comes.
+  /// @param filter  in the toolkit's form
+  /// @param then    runs with the chosen path, and not where it was cancelled; what it throws is told
+  virtual void askSaveFile(const QString& caption, const QString& proposal, const QString& filter,
+                           std::function<void(const QString& path)> then) = 0;
   /// One existing file. @param proposal  a name, or "*." and an extension for none
   /// @param defaultExtension  without its dot
   virtual QString askOpenFile(const QString& caption, const QString& proposal, const QString& filter,

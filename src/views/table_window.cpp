@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QPointer>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -92,18 +93,23 @@ void TableWindow::unload() {
 void TableWindow::saveTableAs() {
   // "Table - Solid (Compression +)": the name is "Solid".
   const QString name = windowTitle().section(QStringLiteral(" - "), 1).section(QStringLiteral(" ("), 0, 0);
-  const QString path = shell().askSaveFile(
-      QString::fromLatin1(base::kTitle) + QStringLiteral(" - Save Table As"), name + QStringLiteral(".csv"),
-      QStringLiteral("Comma separated (*.csv);;"
-                     "Tab separated (*.tsv *.tab *.txt);;All Files (*)"));
-  if (path.isEmpty()) return;
+  shell().askSaveFile(QString::fromLatin1(base::kTitle) + QStringLiteral(" - Save Table As"),
+                      name + QStringLiteral(".csv"),
+                      QStringLiteral("Comma separated (*.csv);;"
+                                     "Tab separated (*.tsv *.tab *.txt);;All Files (*)"),
+                      [window = QPointer<TableWindow>(this)](const QString& path) {
+                        if (window && !window->isUnloaded()) window->writeTable(path);
+                      });
+}
+
+void TableWindow::writeTable(const QString& path) {
   const QString suffix = QFileInfo(path).suffix().toLower();
   const bool tabs =
       suffix == QLatin1String("tsv") || suffix == QLatin1String("tab") || suffix == QLatin1String("txt");
   try {
     base::replaceWholeFile(QFile::encodeName(path).toStdString(), m_table->text(tabs ? '\t' : ','));
   } catch (const base::InputError& error) {
-    shell().showMessage(widgets::shownText(error.what()));
+    shell().notice(widgets::shownText(error.what()));
   }
 }
 

@@ -31,8 +31,8 @@ class TableWindow : public ChildWindow {
   void originalColumnWidth() override;
   void unload() override;
 
-  /// Asks for a file and writes the whole table to it: separated by commas, or by tabs where the name ends in
-  /// ".tsv", ".tab" or ".txt".
+  /// Asks for a file and writes the whole table to it, as it is when the file is chosen: separated by commas,
+  /// or by tabs where the name ends in ".tsv", ".tab" or ".txt".
   void saveTableAs();
   void fitAllColumns();
 
@@ -44,6 +44,8 @@ class TableWindow : public ChildWindow {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  void writeTable(const QString& path);
+
   ResultTable* m_table;
   widgets::TableView* m_view;
   QAction* m_saveTableAs;

@@ -38,10 +38,10 @@ class ScriptedDialogs : public Dialogs {
   bool yes = true;  ///< answer to every question
   QStringList filesToOpen;
   QString fileToSave;
-  std::function<void(QPrinter&)> atPrinter;  ///< what the user sets; without it the dialogs are cancelled
-  QStringList inputs;                        ///< answers to input boxes, in their order; then Cancel
+  QStringList inputs;  ///< answers to input boxes, in their order; then Cancel
 
   void information(const QString& text, const QString&) override { m_log.append("box: " + text); }
+  void notice(const QString& text, const QString&) override { m_log.append("box: " + text); }
   bool question(const QString& text, const QString&) override {
     m_log.append("question: " + text);
     return yes;
@@ -53,8 +53,12 @@ class ScriptedDialogs : public Dialogs {
   QString saveFile(const QString&, const QString&, const QString&, const QString&) override {
     return fileToSave;
   }
-  bool setUpPage(QPrinter& printer) override { return atPrinter && (atPrinter(printer), true); }
-  bool choosePrinter(QPrinter& printer) override { return atPrinter && (atPrinter(printer), true); }
+  void saveFile(const QString&, const QString&, const QString&, const QString&,
+                std::function<void(const QString&)> then) override {
+    if (!fileToSave.isEmpty()) then(fileToSave);
+  }
+  void setUpPage(QPrinter&, std::function<void()>) override {}
+  void choosePrinter(QPrinter&, std::function<void()>) override {}
   QString input(const QString&, const QString& caption, const QString&) override {
     m_log.append("input: " + caption);
     return inputs.isEmpty() ? QString() : inputs.takeFirst();
@@ -92,6 +96,7 @@ class WindowTest : public ::testing::Test {
     QObject::connect(&m_watchdog, &QTimer::timeout, [this] {
       ADD_FAILURE() << "the job hangs";
       program.run.state = analysis::RunState::Over;
+      if (QWidget* box = QApplication::activeModalWidget()) box->close();
     });
     m_watchdog.start(20000);
   }

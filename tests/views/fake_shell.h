@@ -34,9 +34,11 @@ class FakeShell : public Shell {
   void showMessage(const QString& text, const QString& caption) override {
     messages.append(caption.isEmpty() ? text : caption + ": " + text);
   }
-  QString askSaveFile(const QString&, const QString& proposed, const QString&) override {
+  void notice(const QString& text, const QString& caption) override { showMessage(text, caption); }
+  void askSaveFile(const QString&, const QString& proposed, const QString&,
+                   std::function<void(const QString&)> then) override {
     proposal = proposed;
-    return saveAnswer;
+    if (!saveAnswer.isEmpty()) then(saveAnswer);
   }
   QString askOpenFile(const QString&, const QString& proposed, const QString&, const QString&) override {
     proposal = proposed;
