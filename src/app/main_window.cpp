@@ -459,11 +459,15 @@ void MainWindow::mnuFileRecentPath_Click(int index) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasUrls() && !m_job->isRunning()) event->acceptProposedAction();
+  if (event->mimeData()->hasUrls() && takesDrops()) event->acceptProposedAction();
+}
+
+bool MainWindow::takesDrops() const {
+  return !m_job->isRunning() && !QApplication::activeModalWidget();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  if (m_job->isRunning()) return;
+  if (!takesDrops()) return;
   event->acceptProposedAction();
   std::vector<std::string> paths;
   for (const QUrl& url : event->mimeData()->urls())
@@ -471,7 +475,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
       paths.push_back(nativePath(url.toLocalFile()));
   // Behind the event: the other program waits until the drop is taken.
   QTimer::singleShot(0, this, [this, paths] {
-    if (m_job->isRunning() || paths.empty()) return;
+    if (!takesDrops() || paths.empty()) return;
     for (views::ChildWindow* child : children()) child->finishEditing();
     if (!mayDropEdits("Open a file ?") || !closeAllChildren()) return;
     for (const std::string& path : paths) {
@@ -491,7 +495,7 @@ void MainWindow::addChild(views::ChildWindow* child) {
   try {
     child->load();
   } catch (...) {
-    child->closeNow();
+    (void)closeChild(child);
     throw;
   }
   subWindow->show();
@@ -510,9 +514,17 @@ QList<views::ChildWindow*> MainWindow::children() const {
   return found;
 }
 
+bool MainWindow::closeChild(views::ChildWindow* child) {
+  const QPointer<QMdiSubWindow> frame = child->frame();
+  if (!child->closeNow()) return false;
+  // Closing only marks it for deletion behind the event at hand, in which a whole batch may still run.
+  if (frame) QCoreApplication::sendPostedEvents(frame, QEvent::DeferredDelete);
+  return true;
+}
+
 bool MainWindow::closeAllChildren() {
   bool closed = true;
-  for (views::ChildWindow* child : children()) closed = child->closeNow() && closed;
+  for (views::ChildWindow* child : children()) closed = closeChild(child) && closed;
   return closed;
 }
 

@@ -61,7 +61,8 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   /// Brings the tables up to what the open grids hold, which stay. @return false where a grid can not be
   /// stored
   [[nodiscard]] bool storeGrids();
-  /// `mnuWindowAll_Click(2)`: unloads every child window.
+  /// `mnuWindowAll_Click(2)`: unloads every child window. They are gone on return: no handler of a child may
+  /// stand on the stack.
   /// @return false where one can not be closed without loss, which the user has been told: no command that
   ///         reads or replaces the model may go on
   [[nodiscard]] bool closeAllChildren();
@@ -110,6 +111,10 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   void guarded(const QString& doing, const std::function<void()>& command, Box box = Box::Stops);
   void setEnabled(const QString& name, int first, int last, bool on);
   void applyChildCommands();
+  /// Closes and destroys it. @return false where it can not be closed without loss
+  [[nodiscard]] bool closeChild(views::ChildWindow* child);
+  /// No job runs, and no box stands over the frame.
+  [[nodiscard]] bool takesDrops() const;
   bool mayDropEdits(const QString& question);
 
   void mnuFileManage_Click(int index);

@@ -314,6 +314,7 @@ void MainWindow::popupEditMenu(views::ChildWindow& child, const QPoint& globalPo
   const QList<QAction*> own = child.ownActions();
   if (!own.isEmpty()) popup->addSeparator();
   popup->addActions(own);
+  connect(&child, &QObject::destroyed, popup, &QWidget::close);
   popup->popup(globalPosition);
 }
 

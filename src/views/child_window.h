@@ -75,7 +75,7 @@ class ChildWindow : public QWidget {
   void setClosable(bool closable);
   [[nodiscard]] bool isClosable() const { return m_closable; }
 
-  /// True from its closing on; the object itself goes when the program is back in its event loop.
+  /// True from its closing on. Where the user closed it, the object itself goes behind that event.
   [[nodiscard]] bool isUnloaded() const { return m_unloaded; }
   /// Closes it whether or not the user may. @return false where `writeBack` kept it
   bool closeNow();

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDropEvent>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
@@ -185,6 +187,23 @@ TEST_F(Boxes, NoSecondOneComesBeforeTheFirstHasTheKeyboard) {
   box()->close();
   QTest::keyClick(window.get(), Qt::Key_P, Qt::ControlModifier);
   EXPECT_EQ(boxesOpen(), 1);
+}
+
+TEST_F(Boxes, KeepTheFrameFromTakingDrops) {
+  openWith(smallBeam());
+  trigger("mnuObjectSectionParameter");
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(QString::fromStdString(path("a.inp")))});
+  for (const bool isBlocked : {true, false}) {
+    if (isBlocked) trigger("mnuHelpAbout");
+    QDragEnterEvent enter({50, 50}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    QDropEvent drop({50, 50}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &drop);
+    EXPECT_EQ(enter.isAccepted(), !isBlocked);
+    EXPECT_EQ(drop.isAccepted(), !isBlocked);
+    if (isBlocked) box()->close();
+  }
 }
 
 TEST_F(Boxes, PaperIsChosenDuringAJob) {

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPushButton>
 #include <map>
 
 #include "app/arrange.h"
 #include "app/window_fixture.h"
+#include "chart/control.h"
+#include "views/chart_window.h"
 
 namespace torvik::app {
 namespace {
@@ -70,6 +73,113 @@ TEST_F(Windows, CanNotBeClosedByTheUserWhileAJobRuns) {
   trigger("mnuFileJob0");
   closeEntry(*child<views::ChildWindow>("Chart - Moment").frame())->trigger();
   EXPECT_EQ(titles(), QStringList{"Table - Solver"});
+}
+
+TEST_F(Windows, OfEarlierJobsAreGoneWhileABatchRuns) {
+  std::vector<std::string> files;
+  for (const char* name : {"a.inp", "b.inp", "c.inp", "d.inp"}) files.push_back(model(name, smallBeam()));
+  open();
+  const auto expectNoOthers = [this](qsizetype children) {
+    EXPECT_EQ(window->findChildren<views::ChildWindow*>().size(), children);
+    EXPECT_EQ(window->findChildren<QMdiSubWindow*>().size(), children);
+  };
+  std::string file;
+  int jobs = 0;
+  onStep = [&](int) {
+    if (std::exchange(file, program.document.currentFile) == program.document.currentFile) return;
+    ++jobs;
+    expectNoOthers(titles().size());
+  };
+  // All jobs run within one event of the program's loop.
+  QEventLoop loop;
+  later([&] {
+    window->takeCommandLine(files);
+    expectNoOthers(11);
+    window->activate(&child<views::ChildWindow>("Table - Solver"));
+    trigger("mnuWindowAll2");
+    expectNoOthers(0);
+    loop.quit();
+  });
+  loop.exec();
+  EXPECT_EQ(jobs, 4);
+}
+
+TEST_F(Windows, ThatCanNotBeLoadedAreGoneToo) {
+  openWith(smallBeam());
+  set("frmTable", "State", "7");
+  trigger("mnuFileJob0");
+  EXPECT_EQ(log.filter("51").size(), 1);
+  EXPECT_EQ(window->findChildren<QMdiSubWindow*>().size(), 0);
+}
+
+TEST_F(Windows, ClosedDuringAPauseAreGoneAtTheJobsNextEvents) {
+  onlyWindows({"TableSolver"});
+  openWith(smallBeam());
+  QPointer<views::ChildWindow> first;
+  QPointer<views::ChildWindow> second;
+  bool looked = false;
+  atStep(3, [&] {
+    trigger("mnuFileJob1");
+    window->activate(&child<views::ChildWindow>("Table - Solver"));
+    trigger("mnuObjectChart");
+    first = &child<views::ChildWindow>("Chart - Moment-Curvature");
+    second = &child<views::ChildWindow>("Chart - Load-Displacement");
+    closeEntry(*first->frame())->trigger();
+    QTest::keyClick(second->frame(), Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(titles().size(), 1);
+    later([&] {
+      looked = true;
+      EXPECT_FALSE(first || second);
+      EXPECT_EQ(window->findChildren<QMdiSubWindow*>().size(), 1);
+      trigger("mnuFileJob1");
+    });
+  });
+  trigger("mnuFileJob0");
+  EXPECT_TRUE(looked);
+}
+
+TEST_F(Windows, MayGoUnderWhatIsOpenOverThem) {
+  onlyWindows({"TableSolver", "ChartMoment"});
+  std::vector<std::string> files;
+  for (const char* name : {"a.inp", "b.inp", "c.inp", "d.inp"}) files.push_back(model(name, smallBeam()));
+  open();
+  const auto chart = [this]() -> views::ChartWindow& { return child<views::ChartWindow>("Chart - Moment"); };
+  QPointer<QWidget> menu;
+  QPointer<QWidget> options;
+  const std::function<void()> kActs[] = {[&] {
+                                           QTest::mouseClick(&chart().chart(), Qt::RightButton);
+                                           menu = QApplication::activePopupWidget();
+                                           ASSERT_TRUE(menu);
+                                         },
+                                         [&] {
+                                           EXPECT_FALSE(menu) << "its entries are gone";
+                                           chart().frame()->showSystemMenu();
+                                           EXPECT_TRUE(QApplication::activePopupWidget());
+                                           QTest::mousePress(&chart().chart(), Qt::LeftButton);
+                                         },
+                                         [&] {
+                                           EXPECT_FALSE(QApplication::activePopupWidget());
+                                           QTest::mouseRelease(area().viewport(), Qt::LeftButton);
+                                           QTest::mouseDClick(&chart().chart(), Qt::LeftButton);
+                                           options = QApplication::activeModalWidget();
+                                           ASSERT_TRUE(options);
+                                         },
+                                         [&] {
+                                           ASSERT_TRUE(options);
+                                           QTest::mouseClick(options->findChild<QPushButton*>("Command1_0"),
+                                                             Qt::LeftButton);
+                                           EXPECT_FALSE(options && options->isVisible());
+                                         }};
+  std::size_t jobs = 0;
+  std::string file;
+  onStep = [&](int) {
+    if (std::exchange(file, program.document.currentFile) == program.document.currentFile) return;
+    later(kActs[jobs++]);
+    QThread::msleep(15);
+  };
+  window->takeCommandLine(files);
+  EXPECT_EQ(jobs, 4u);
+  EXPECT_EQ(titles().size(), 2);
 }
 
 TEST_F(Windows, CommandsFollowTheRunState) {
