@@ -10,12 +10,11 @@
 #include <cmath>
 #include <cstdio>
 
-#include "analysis/job.h"
 #include "app/main_window.h"
 #include "base/number_text.h"
 #include "base/settings.h"
+#include "job/job.h"
 #include "model/default_rows.h"
-#include "surroundings.h"
 #include "wizard/fibre_generation.h"
 
 namespace {
@@ -97,14 +96,12 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     if (!window.openFile(argv[i])) continue;
     model::JobTables job = model::BuildJobTables(program.document.tables);
-    bench::SilentHost host;
-    bench::RowsInMemory rows;
-    analysis::Sink* const sinks[] = {&rows};
-    const analysis::RunControl control{analysis::RunState::Running};
+    job::UnattendedHost host;
     QElapsedTimer clock;
     clock.start();
-    const analysis::JobOutcome outcome = analysis::runJob(
-        job.tables, analysis::JobOptions::read(window.readSettings()), control, host, sinks, program.context);
+    run::Run run(std::move(job.tables), {});
+    run::RunWriter writer(run);
+    job::runJob(job::JobOptions::read(window.readSettings()), host, writer, program.context);
     const double headless = static_cast<double>(clock.nsecsElapsed()) * 1e-9;
 
     QAction& start = window.menuAction("mnuFileJob", 0);
@@ -117,7 +114,7 @@ int main(int argc, char** argv) {
     window.stepBox().setEditText("Small");
     double endAfter = -1;
     QTimer::singleShot(static_cast<int>(inWindow * 500), &window, [&] {
-      if (program.run.state != analysis::RunState::Running) return;
+      if (program.steering.state != job::JobState::Running) return;
       clock.start();
       window.menuAction("mnuFileJob", 2).trigger();
       endAfter = 0;
@@ -125,7 +122,7 @@ int main(int argc, char** argv) {
     start.trigger();
     if (endAfter == 0) endAfter = static_cast<double>(clock.nsecsElapsed()) * 1e-6;
     const std::string end = endAfter < 0 ? "too short" : base::plainText(std::round(endAfter * 10) / 10);
-    std::printf("%-40s %8d %12.4f %12.4f %8.1f %12s\n", argv[i], outcome.rows, headless, inWindow,
+    std::printf("%-40s %8d %12.4f %12.4f %8.1f %12s\n", argv[i], run.steps(), headless, inWindow,
                 inWindow / headless, end.c_str());
   }
   std::printf("\n%8s %10s %10s %10s %10s %10s %10s   (ms)\n", "fibres", "open grid", "select all", "delete",

@@ -6,17 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "analysis/job.h"
 #include "base/files.h"
 #include "base/number_text.h"
+#include "job/job.h"
 #include "model/input_file.h"
-#include "surroundings.h"
 
 namespace {
 
 using namespace torvik;
-using bench::RowsInMemory;
-using bench::SilentHost;
 
 /// 300 x 500 cut into layers, three bars at depth 450.
 model::ObjectTables rectangle(int layers) {
@@ -56,19 +53,19 @@ model::ObjectTables rectangle(int layers) {
 
 /// 500 points of moment-curvature up to the crushing strain, with the beam's load and displacement.
 void momentCurvatureJob(benchmark::State& state) {
-  model::ObjectTables tables = rectangle(static_cast<int>(state.range(0)));
-  analysis::JobOptions options;
+  const model::ObjectTables tables = rectangle(static_cast<int>(state.range(0)));
+  job::JobOptions options;
   options.LargeTo = options.SmallTo = 4e-5;
   options.SmallStep = 4e-5 / 500;
-  SilentHost host;
-  const analysis::RunControl control{analysis::RunState::Running};
+  job::UnattendedHost host;
   int rows = 0;
   for (auto _ : state) {
     materials::StressStrainContext context;
-    RowsInMemory sink;
-    analysis::Sink* const sinks[] = {&sink};
-    rows = analysis::runJob(tables, options, control, host, sinks, context).rows;
-    benchmark::DoNotOptimize(sink.values.data());
+    run::Run run(tables, {});
+    run::RunWriter writer(run);
+    job::runJob(options, host, writer, context);
+    rows = run.steps();
+    benchmark::DoNotOptimize(&run);
   }
   state.counters["rows"] = rows;
 }
@@ -117,12 +114,10 @@ void evaluateLaw(benchmark::State& state, Row row, double from, double to) {
   } prompt;
   materials::StressStrainContext context;
   context.prompt = &prompt;
-  Law law(row);
+  const Law law(row, context);
   stresses[0] = law.stress(strains[0], context);
   for (auto _ : state) {
-    if (law.isPlain()) {
-      law.stresses(strains, stresses);
-    } else {
+    if (!law.stresses(strains, stresses, context)) {
       for (std::size_t i = 0; i < kRows; ++i) stresses[i] = law.stress(strains[i], context);
     }
     benchmark::DoNotOptimize(stresses.data());

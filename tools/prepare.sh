@@ -4,7 +4,7 @@
 # Sourced by run and check from the top of the repository.
 set -euo pipefail
 
-engine_packages=(locales g++ cmake ninja-build libfmt-dev libcli11-dev libgtest-dev libbenchmark-dev)
+engine_packages=(locales g++ cmake ninja-build libfmt-dev libmd-dev libcli11-dev libgtest-dev libbenchmark-dev)
 desktop_packages=(qt6-base-dev qt6-multimedia-dev qt6-svg-dev libqcustomplot-dev fonts-dejavu-core)
 
 # install_packages NAME...

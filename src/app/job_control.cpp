@@ -9,31 +9,40 @@
 #include <utility>
 #include <vector>
 
-#include "analysis/job.h"
-#include "analysis/log_file.h"
-#include "analysis/result_file.h"
 #include "app/arrange.h"
 #include "app/main_window.h"
-#include "app/view_sink.h"
 #include "base/files.h"
+#include "base/number_text.h"
 #include "base/settings.h"
 #include "base/title.h"
+#include "chart/control.h"
+#include "job/job.h"
+#include "run/log_file.h"
+#include "section/section_parameters.h"
 #include "widgets/shown_text.h"
 
 namespace torvik::app {
 
 namespace {
 
-using analysis::Panel;
-using analysis::RunState;
 using base::OptionId;
+using job::JobState;
 
-// The window's events run this often while a job computes [ms]: often enough for every frame and every click.
-constexpr qint64 kEventInterval = 10;
-
-const char* const kPanelKeys[] = {"Beam Top", "Beam Bottom", "Status", "Mu"};
+// Taking what is new may take one part in so many of the time.
+constexpr qint64 kShareOfTime = 12;
 
 }  // namespace
+
+Breaks Breaks::read(const base::ProfileFile& settings) {
+  Breaks breaks;
+  breaks.beepConvergence = base::optionFlag(settings, OptionId::MessagesBeepConvergence);
+  breaks.pausePreLoading = base::optionFlag(settings, OptionId::MessagesPausePreLoading);
+  breaks.pauseWatch = base::optionFlag(settings, OptionId::MessagesPauseWatch);
+  breaks.convergenceSound = base::optionText(settings, OptionId::MessagesBeepConvergenceSound);
+  breaks.pausePreLoadingSound = base::optionText(settings, OptionId::MessagesPausePreLoadingSound);
+  breaks.pauseWatchSound = base::optionText(settings, OptionId::MessagesPauseWatchSound);
+  return breaks;
+}
 
 JobControl::JobControl(MainWindow& window) : m_window(window) {
   materials::StressStrainContext& context = window.program().context;
@@ -53,7 +62,7 @@ void JobControl::mnuFileJob_Click(int index) {
       if (m_running) return;
       m_running = true;
       m_window.panels().setPanel("Status", "Start");
-      program.run.state = RunState::Running;
+      program.steering.state = JobState::Running;
       m_window.RefreshCommandState();
       std::exception_ptr failure;
       try {
@@ -64,9 +73,8 @@ void JobControl::mnuFileJob_Click(int index) {
         else
           failure = std::current_exception();
       }
-      showPanels();
       m_window.panels().setPanel("Status", "Waiting");
-      program.run.state = RunState::Over;
+      program.steering.state = JobState::Over;
       m_running = false;
       button.setChecked(false);  // a search may have failed while the job was to pause
       for (views::ChildWindow* child : m_window.children()) child->setClosable(true);
@@ -84,7 +92,7 @@ void JobControl::mnuFileJob_Click(int index) {
       if (!program.dialogs->question("End calculation ?", base::kTitle)) return;
       button.setChecked(false);
       m_window.panels().setPanel("Status", "Waiting");
-      program.run.state = RunState::Over;
+      program.steering.state = JobState::Over;
       m_window.RefreshCommandState();
       return;
     case 3:  // the click has changed the button already
@@ -97,14 +105,14 @@ void JobControl::mnuFileJob_Click(int index) {
 }
 
 void JobControl::setRunning(bool pressed, const char* status) {
-  m_panelChanged[static_cast<std::size_t>(Panel::Status)] = false;
+  m_status = nullptr;
   m_window.panels().setPanel("Status", status);
-  m_window.program().run.state = pressed ? RunState::Paused : RunState::Running;
+  m_window.program().steering.state = pressed ? JobState::Paused : JobState::Running;
   m_window.RefreshCommandState();
 }
 
 void JobControl::pauseForStepBox() {
-  if (m_window.program().run.state != RunState::Running) return;
+  if (m_window.program().steering.state != JobState::Running) return;
   m_window.menuAction("mnuFileJob", 1).setChecked(true);
   m_window.toolAction("Pause").setChecked(true);
   setRunning(true, "Pause");
@@ -119,56 +127,71 @@ void JobControl::startJob() {
     showMessage(std::string(model::kInsufficientObjects));
     return;
   }
-  const analysis::JobOptions options = analysis::JobOptions::read(settings);
+  const job::JobOptions options = job::JobOptions::read(settings);
+  m_breaks = Breaks::read(settings);
 
-  std::unique_ptr<analysis::ResultFile> resultFile;
-  if (options.fileSolver || program.BatchMode) {
-    const std::string path = analysis::resultFileName(program.document.currentFile);
+  std::unique_ptr<run::ResultFile> resultFile;
+  if (base::optionFlag(settings, OptionId::FileSolver) || program.BatchMode) {
+    const std::string path = run::resultFileName(program.document.currentFile);
     if (base::isFile(path) &&
         !program.dialogs->question(
             QString("\"%1\" already exists.\rOverwrite ?").arg(widgets::shownText(path)), base::kTitle))
       return;
-    resultFile = std::make_unique<analysis::ResultFile>(path, analysis::resultHeadings(job.tables),
-                                                        analysis::ResultFile::Existing::Replace);
+    resultFile = std::make_unique<run::ResultFile>(path, run::resultHeadings(job.tables),
+                                                   run::ResultFile::Existing::Replace);
   }
   if (base::optionFlag(settings, OptionId::MessagesBeepStart))
     playSound(base::optionText(settings, OptionId::MessagesBeepStartSound));
 
+  const auto run = std::make_shared<run::Run>(
+      std::move(job.tables),
+      job::originOf(program.document.currentFile, program.document.isChanged(), settings));
+  program.run = run;
   std::exception_ptr failure;  // the end sound follows in every case
   try {
-    openResultWindows(job.tables, settings);
-    arrange(m_window.area(),
-            static_cast<Arrangement>(base::optionInteger(settings, OptionId::WindowArrange)));
-
-    ViewSink views(m_windows);
-    std::vector<analysis::Sink*> sinks = {&views};
-    if (resultFile) sinks.push_back(resultFile.get());
-    m_sinceEvents.start();
-    m_views = &views;
-    m_resultFile = resultFile.get();
-    analysis::runJob(job.tables, options, program.run, *this, sinks, program.context);
-    m_views = nullptr;
-    m_resultFile = nullptr;
-    views.flush();
-
+    perform(run, options, settings, resultFile.get());
     if (resultFile) resultFile->close();
   } catch (const std::exception&) {
-    m_views = nullptr;
-    m_resultFile = nullptr;
     failure = std::current_exception();
   }
+  for (views::ChildWindow* child : m_window.children()) child->catchUp();
+  showPanels();
+  m_run = nullptr;
+  m_resultFile = nullptr;
   if (base::optionFlag(settings, OptionId::MessagesBeepEnd))
     playSound(base::optionText(settings, OptionId::MessagesBeepEndSound));
   if (failure) std::rethrow_exception(failure);
 }
 
-void JobControl::openResultWindows(const model::ObjectTables& job, const base::ProfileFile& settings) {
+void JobControl::perform(const std::shared_ptr<run::Run>& run, const job::JobOptions& options,
+                         const base::ProfileFile& settings, run::ResultFile* resultFile) {
+  openResultWindows(run, settings);
+  arrange(m_window.area(), static_cast<Arrangement>(base::optionInteger(settings, OptionId::WindowArrange)));
+
+  std::vector<run::RowReader*> readers;
+  if (resultFile) readers.push_back(resultFile);
+  run::RunWriter writer(*run, readers);
+  m_run = run;
+  m_resultFile = resultFile;
+  m_fileFailure.reset();
+  m_iteration = 0;
+  m_frame = 0;
+  m_sinceEvents.start();
+  m_sinceFrame.start();
+  const run::End& end = job::runJob(options, *this, writer, m_window.program().context);
+  if (!end.message.empty()) reportMessage(end.message);
+  throwFileFailure();
+}
+
+void JobControl::openResultWindows(const std::shared_ptr<const run::Run>& run,
+                                   const base::ProfileFile& settings) {
+  const model::ObjectTables& job = run->job();
   const auto on = [&](OptionId id) { return base::optionFlag(settings, id); };
-  if (on(OptionId::TableTendon) && !job.Tendons.empty()) openTable(views::TableKind::Tendon, job);
-  if (on(OptionId::TableBar) && !job.Bars.empty()) openTable(views::TableKind::Bar, job);
-  if (on(OptionId::TableSolid) && !job.Solids.empty()) openTable(views::TableKind::Solid, job);
-  if (on(OptionId::TableSection)) openTable(views::TableKind::SectionParameter, job);
-  if (on(OptionId::TableSolver)) openTable(views::TableKind::Solver, job);
+  if (on(OptionId::TableTendon) && !job.Tendons.empty()) openTable(views::TableKind::Tendon, run);
+  if (on(OptionId::TableBar) && !job.Bars.empty()) openTable(views::TableKind::Bar, run);
+  if (on(OptionId::TableSolid) && !job.Solids.empty()) openTable(views::TableKind::Solid, run);
+  if (on(OptionId::TableSection)) openTable(views::TableKind::SectionParameter, run);
+  if (on(OptionId::TableSolver)) openTable(views::TableKind::Solver, run);
   using views::ChartKind;
   const std::pair<OptionId, ChartKind> kCharts[] = {
       {OptionId::ChartDisplacement, ChartKind::Displacement},
@@ -178,26 +201,24 @@ void JobControl::openResultWindows(const model::ObjectTables& job, const base::P
       {OptionId::ChartStress, ChartKind::Stress},
       {OptionId::ChartLoadDisplacement, ChartKind::LoadDisplacement},
       {OptionId::ChartMomentCurvature, ChartKind::MomentCurvature}};
-  const views::JobExtent extent{job.Solids.size(), job.Bars.size(), job.Tendons.size(),
-                                job.Beams.front().HalfSpanFiberNumber};
   for (const auto& [id, kind] : kCharts)
-    if (on(id)) openChart(kind, extent);
+    if (on(id)) openChart(kind, run);
 }
 
-void JobControl::openTable(views::TableKind kind, const model::ObjectTables& job) {
+void JobControl::openTable(views::TableKind kind, const std::shared_ptr<const run::Run>& run) {
   QPointer<views::TableWindow>& slot = m_windows.tables[static_cast<std::size_t>(kind)];
   if (!slot || slot->isUnloaded()) {
-    slot = new views::TableWindow(m_window, kind, job);
+    slot = new views::TableWindow(m_window, kind, run);
     m_window.addChild(slot);
   } else {
     m_window.activate(slot);
   }
 }
 
-views::ChartWindow& JobControl::openChart(views::ChartKind kind, const views::JobExtent& extent) {
+views::ChartWindow& JobControl::openChart(views::ChartKind kind, std::shared_ptr<const run::Run> run) {
   QPointer<views::ChartWindow>& slot = m_windows.charts[static_cast<std::size_t>(kind)];
   if (!slot || slot->isUnloaded()) {
-    slot = new views::ChartWindow(m_window, static_cast<int>(kind), extent);
+    slot = new views::ChartWindow(m_window, static_cast<int>(kind), std::move(run));
     m_window.addChild(slot);
   } else {
     m_window.activate(slot);
@@ -205,9 +226,9 @@ views::ChartWindow& JobControl::openChart(views::ChartKind kind, const views::Jo
   return *slot;
 }
 
-void JobControl::setBeamExtent(model::ObjectTables& job) {
-  analysis::SetBeamExtent(job, *this);
-  showPanels();
+void JobControl::showExtent(const section::Extent& extent) {
+  m_window.panels().setPanel("Beam Top", QString::fromStdString(base::scientificText(extent.BeamTop)));
+  m_window.panels().setPanel("Beam Bottom", QString::fromStdString(base::scientificText(extent.BeamBottom)));
 }
 
 void JobControl::showSectionParameters() {
@@ -216,40 +237,110 @@ void JobControl::showSectionParameters() {
     showMessage(std::string(model::kInsufficientObjects));
     return;
   }
-  openTable(views::TableKind::SectionParameter, job.tables);
-  ViewSink views(m_windows);
-  views.sectionParameters(analysis::SectionParameters(job.tables, *this));
-  views.flush();
-  showPanels();
+  const section::SectionParameterResult sections = section::SectionParameters(job.tables);
+  const auto run = std::make_shared<run::Run>(std::move(job.tables), run::Origin{});
+  // A table that stands open keeps what it shows until all is known.
+  openTable(views::TableKind::SectionParameter, run);
+  if (sections.extent) showExtent(*sections.extent);
+  if (sections.isWithoutModulus) showMessage(job::textOf(job::Notice::WithoutModulus));
+  if (sections.fault) throw *sections.fault;
+  run::RunWriter(*run).sectionParameters(sections.table);
+  m_windows.tables[static_cast<std::size_t>(views::TableKind::SectionParameter)]->table().show(run);
 }
 
 // ---- Host
-// ----------------------------------------------------------------------------------------------------
+
+void JobControl::count(int iteration, int outerIteration) {
+  m_iteration = iteration;
+  m_outerIteration = outerIteration;
+}
+
+bool JobControl::proceed(run::Stage stage, section::Search search) {
+  throwFileFailure();
+  if (!waitWhilePaused()) return false;
+  m_status = job::statusOf(stage, search);
+  doEvents();
+  return true;
+}
+
+bool JobControl::breakBeforeLoading() {
+  playSound(m_breaks.pausePreLoadingSound);  // whatever the option says
+  if (!m_breaks.pausePreLoading) return true;
+  pause(PauseCause::PreLoading);
+  return waitWhilePaused();
+}
+
+bool JobControl::watchCrossed() {
+  playSound(m_breaks.pauseWatchSound);
+  if (!m_breaks.pauseWatch) return true;
+  pause(PauseCause::Watch);
+  if (!waitWhilePaused()) return false;
+  m_status = job::statusOf(run::Stage::Loading, section::Search::Loading);
+  return true;
+}
+
+void JobControl::stepConverged() {
+  if (m_breaks.beepConvergence) playSound(m_breaks.convergenceSound);
+}
+
+void JobControl::notice(job::Notice notice) {
+  showMessage(job::textOf(notice));
+}
+
+bool JobControl::waitWhilePaused() {
+  return job::WaitWhilePaused(m_window.program().steering, [this] { doEvents(); });
+}
 
 void JobControl::doEvents() {
-  const bool paused = m_window.program().run.state == RunState::Paused;
-  if (!paused && m_sinceEvents.elapsed() < kEventInterval) return;
-  if (m_views) m_views->beforeEvents();
-  if (paused && m_resultFile) m_resultFile->flush();
-  showPanels();
+  const bool paused = m_window.program().steering.state == JobState::Paused;
+  if (!paused && m_sinceEvents.elapsed() < m_window.program().pace.events) return;
+  if (paused)
+    showAll();
+  else
+    showFrame();
   QCoreApplication::processEvents(paused ? QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents
                                          : QEventLoop::AllEvents);
   m_sinceEvents.start();
 }
 
+void JobControl::showFrame() {
+  if (m_sinceFrame.elapsed() < m_frame) return;
+  QElapsedTimer clock;
+  clock.start();
+  for (views::ChildWindow* child : m_window.children())
+    if (child->isVisible()) child->catchUp();
+  showPanels();
+  m_frame = std::max<qint64>(m_window.program().pace.frame, kShareOfTime * clock.elapsed());
+  m_sinceFrame.start();
+}
+
 void JobControl::showAll() {
-  if (m_views) m_views->flush();
-  if (m_resultFile) m_resultFile->flush();
+  for (views::ChildWindow* child : m_window.children()) {
+    child->catchUp();
+    if (auto* const chart = qobject_cast<views::ChartWindow*>(child)) chart->chart().flushNow();
+  }
+  try {
+    if (m_resultFile) m_resultFile->flush();
+  } catch (const base::InputError& error) {
+    m_fileFailure = error;  // what is being shown comes first
+  }
   showPanels();
 }
 
+void JobControl::throwFileFailure() {
+  if (const auto failure = std::exchange(m_fileFailure, std::nullopt)) throw *failure;
+}
+
 void JobControl::showPanels() {
-  for (std::size_t i = 0; i < m_panelTexts.size(); ++i)
-    if (std::exchange(m_panelChanged[i], false)) m_window.panels().setPanel(kPanelKeys[i], m_panelTexts[i]);
+  StatusPanels& panels = m_window.panels();
+  if (!m_run) return;
+  if (m_run->extent()) showExtent(*m_run->extent());
+  if (m_status) panels.setPanel("Status", m_status);
+  if (m_run->peakMoment())
+    panels.setPanel("Mu", QString::fromStdString(base::scientificText(*m_run->peakMoment())));
   if (m_iteration > 0)
-    m_window.panels().setPanel("Count", m_outerIteration > 0
-                                            ? QString("%1/%2").arg(m_iteration).arg(m_outerIteration)
-                                            : QString::number(m_iteration));
+    panels.setPanel("Count", m_outerIteration > 0 ? QString("%1/%2").arg(m_iteration).arg(m_outerIteration)
+                                                  : QString::number(m_iteration));
 }
 
 void JobControl::reportMessage(const std::string& text) {
@@ -258,7 +349,7 @@ void JobControl::reportMessage(const std::string& text) {
     return;
   }
   try {
-    analysis::appendLogLine(analysis::logFileName(m_window.program().document.currentFile), text);
+    run::appendLogLine(run::logFileName(m_window.program().document.currentFile), text);
   } catch (const base::InputError& error) {
     showMessage(text + "\r" + error.what());  // where no log can be written, a box has to do
   }
@@ -273,17 +364,6 @@ void JobControl::playSound(const std::string& file) {
   m_window.program().sounds->play(QString::fromStdString(file));
 }
 
-void JobControl::setPanel(Panel panel, const std::string& text) {
-  const auto index = static_cast<std::size_t>(panel);
-  m_panelTexts[index] = QString::fromStdString(text);
-  m_panelChanged[index] = true;
-}
-
-void JobControl::setCount(int iteration, int outerIteration) {
-  m_iteration = iteration;
-  m_outerIteration = outerIteration;
-}
-
 std::string JobControl::stepText() {
   return m_window.stepBox().currentText().toStdString();
 }
@@ -292,13 +372,13 @@ void JobControl::setStepText(const std::string& text) {
   m_window.stepBox().setEditText(QString::fromStdString(text));
 }
 
-void JobControl::pause(analysis::PauseCause cause) {
-  if (m_window.program().run.state == RunState::Over) return;  // the user's End came first
-  if (cause == analysis::PauseCause::Watch) m_window.menuAction("mnuFileJob", 1).setChecked(true);
+void JobControl::pause(PauseCause cause) {
+  if (m_window.program().steering.state == JobState::Over) return;  // the user's End came first
+  if (cause == PauseCause::Watch) m_window.menuAction("mnuFileJob", 1).setChecked(true);
   m_window.toolAction("Pause").setChecked(true);
-  setPanel(Panel::Status, "Pause");
-  showPanels();
-  m_window.program().run.state = RunState::Paused;
+  m_status = nullptr;
+  m_window.panels().setPanel("Status", "Pause");
+  m_window.program().steering.state = JobState::Paused;
 }
 
 std::string JobControl::inputBox(const std::string& prompt, const std::string& title,

@@ -37,8 +37,8 @@ namespace torvik::app {
 
 namespace {
 
-using analysis::RunState;
 using base::OptionId;
+using job::JobState;
 
 const QString kFilter = "Input Files (*.inp);;All Files (*)";
 constexpr const char* kSection = "mdiMain";
@@ -147,12 +147,14 @@ void MainWindow::load() {
 
 void MainWindow::NewDocument() {
   m_panels->setPanel("Status", "Waiting");
-  m_program.run.state = RunState::AtRest;
+  m_program.steering.state = JobState::AtRest;
   RefreshCommandState();
   m_program.BatchMode = false;
   m_program.document.SavedFlag = true;
   m_program.document.tables = {};
+  m_program.document.stored = {};
   m_program.document.currentFile.clear();
+  m_program.run = nullptr;
   setWindowTitle(title() + " - (New File)");
 }
 
@@ -180,7 +182,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   if (m_job->isRunning()) {
     // The solver stands on the stack: it ends at its next yield, and the window closes behind it.
     m_closeWhenJobIsOver = true;
-    m_program.run.state = RunState::Over;
+    m_program.steering.state = JobState::Over;
     RefreshCommandState();
     m_job->whenOver = [this] { QTimer::singleShot(0, this, [this] { close(); }); };
     event->ignore();
@@ -407,7 +409,10 @@ bool MainWindow::openFile(const std::string& path) {
     const QString caption = windowTitle();
     try {
       read = model::ReadInputFile(document, *this, path);
-      if (!read) document.SavedFlag = saved;
+      if (read)
+        m_program.run = nullptr;
+      else
+        document.SavedFlag = saved;
     } catch (...) {
       if (!document.SavedFlag) {  // set as soon as the tables are touched
         document.SavedFlag = saved;
@@ -417,6 +422,7 @@ bool MainWindow::openFile(const std::string& path) {
       // The tables hold what was read up to the fault: a Save must not put that over the user's file.
       document.currentFile.clear();
       document.SavedFlag = false;
+      m_program.run = nullptr;
       setWindowTitle(title() + " - (New File)");
       throw;
     }

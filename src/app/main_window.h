@@ -72,7 +72,7 @@ class MainWindow : public QMainWindow, public views::Shell, private model::Input
   [[nodiscard]] grid::GridWindow* activeGrid() const;
 
   // views::Shell
-  [[nodiscard]] analysis::RunState runState() const override { return m_program.run.state; }
+  [[nodiscard]] job::JobState jobState() const override { return m_program.steering.state; }
   [[nodiscard]] base::ProfileFile readSettings() const override;
   void changeSettings(const std::function<void(base::ProfileFile&)>& change) override;
   void writeSettings(const std::function<void(base::ProfileFile&)>& change) override;

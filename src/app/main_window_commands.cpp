@@ -16,7 +16,7 @@
 
 namespace torvik::app {
 
-using analysis::RunState;
+using job::JobState;
 
 namespace {
 const char* const kObjects[] = {"Bea&m", "&Solid", "&Bar", "&Tendon", "&Axial Force"};
@@ -232,9 +232,9 @@ void MainWindow::setEnabled(const QString& name, int first, int last, bool on) {
 }
 
 void MainWindow::RefreshCommandState() {
-  const RunState state = m_program.run.state;
-  const bool atRest = state == RunState::AtRest;
-  const bool idle = atRest || state == RunState::Over;
+  const JobState state = m_program.steering.state;
+  const bool atRest = state == JobState::AtRest;
+  const bool idle = atRest || state == JobState::Over;
   setEnabled("mnuFileManage", 0, 3, idle);
   setEnabled("mnuFileJob", 0, 0, idle);
   setEnabled("mnuFileJob", 1, 2, !idle);
@@ -277,7 +277,7 @@ void MainWindow::childDeactivated(views::ChildWindow& child) {
 void MainWindow::applyChildCommands() {
   const bool active = m_active != nullptr;
   const views::ChildCommands on = active ? m_active->commands() : views::ChildCommands{};
-  const bool idle = runState() == RunState::AtRest || runState() == RunState::Over;
+  const bool idle = jobState() == JobState::AtRest || jobState() == JobState::Over;
   setEnabled("mnuFilePrint", 1, 1, on.print);
   setEnabled("mnuEditUndo", -1, -1, on.undo);
   setEnabled("mnuEditRedo", -1, -1, on.redo);

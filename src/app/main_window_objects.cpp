@@ -79,7 +79,7 @@ void MainWindow::mnuObjectSectionParameter_Click() {
 
 void MainWindow::mnuObjectChart_Click() {
   if (auto* table = qobject_cast<views::TableWindow*>(m_active))
-    rebuildResultCharts(*m_job, table->table());
+    rebuildResultCharts(*m_job, table->table().run());
   else if (const grid::GridWindow* window = activeGrid())
     showStressStrainCurve(*this, *m_job, window->grid().kind(),
                           window->grid().rowAsTables(window->currentRow()));

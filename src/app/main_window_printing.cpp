@@ -39,7 +39,7 @@ void MainWindow::mnuFilePrint_Click(int index) {
 }
 
 void MainWindow::print(views::ChildWindow& child) {
-  if (auto* const table = qobject_cast<views::TableWindow*>(&child)) table->table().flushNow();
+  child.catchUp();
   const QString file = QFileInfo(widgets::shownText(m_program.document.currentFile)).fileName();
   showWaitCursor(true);
   const int pages = printing::print(child, printer(), file);

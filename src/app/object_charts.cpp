@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/object_charts.h"
 
-#include "analysis/stress_strain_curve.h"
 #include "app/job_control.h"
 #include "app/main_window.h"
 #include "chart/control.h"
+#include "materials/stress_strain_curve.h"
+#include "section/section_parameters.h"
 #include "views/figures.h"
 #include "views/stress_strain_chart.h"
 #include "widgets/shown_text.h"
@@ -39,8 +40,8 @@ void showFigure(JobControl& job, ChartKind kind, const Draw& draw) {
 
 void showStressStrainCurve(MainWindow& window, JobControl& job, model::ObjectKind kind,
                            const model::ObjectTables& oneRow) {
-  const std::string missing = analysis::withLawRow(
-      oneRow, kind, 0, [](const auto& row) { return analysis::missingForCurve(row.Type, row.File); });
+  const std::string missing = materials::withLawRow(
+      oneRow, kind, 0, [](const auto& row) { return materials::missingForCurve(row.Type, row.File); });
   if (!missing.empty()) {
     window.showMessage(widgets::shownText(missing));
     return;
@@ -49,9 +50,9 @@ void showStressStrainCurve(MainWindow& window, JobControl& job, model::ObjectKin
   views::drawStressStrainCurve(chart, kind, oneRow, window.readSettings(), window.program().context);
 }
 
-void rebuildResultCharts(JobControl& job, views::ResultTable& solver) {
+void rebuildResultCharts(JobControl& job, const run::Run& run) {
   for (const ChartKind kind : {ChartKind::MomentCurvature, ChartKind::LoadDisplacement})
-    views::redraw(job.openChart(kind), solver);
+    job.openChart(kind).drawSteps(run);
 }
 
 void showFigures(MainWindow& window, JobControl& job) {
@@ -61,7 +62,10 @@ void showFigures(MainWindow& window, JobControl& job) {
     job.showMessage(std::string(model::kInsufficientObjects));
     return;
   }
-  job.setBeamExtent(tables);
+  const section::Extent extent = section::beamExtent(tables);
+  tables.Beams.front().BeamTop = extent.BeamTop;
+  tables.Beams.front().BeamBottom = extent.BeamBottom;
+  job.showExtent(extent);
   showFigure(job, ChartKind::FigureBeam,
              [&](chart::ChartControl& chart) { views::drawBeam(chart, tables.Beams.front()); });
   showFigure(job, ChartKind::FigureSection,

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/objects.h"
-#include "views/result_table.h"
+#include "run/run.h"
 
 /// Charts that a command opens, without a job.
 namespace torvik::app {
@@ -16,8 +16,8 @@ class MainWindow;
 void showStressStrainCurve(MainWindow& window, JobControl& job, model::ObjectKind kind,
                            const model::ObjectTables& oneRow);
 
-/// Moment-Curvature and Load-Displacement as the solver table has them.
-void rebuildResultCharts(JobControl& job, views::ResultTable& solver);
+/// Moment-Curvature and Load-Displacement of the steps that a run has by now.
+void rebuildResultCharts(JobControl& job, const run::Run& run);
 
 /// Beam and section of the edited tables.
 void showFigures(MainWindow& window, JobControl& job);

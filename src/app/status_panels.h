@@ -17,7 +17,7 @@ class StatusPanels : public QStatusBar {
  public:
   explicit StatusPanels(QWidget* parent = nullptr);
 
-  /// Shows the text at the next paint; a job sets panels thousands of times a second.
+  /// Shows the text at the next paint.
   void setPanel(const QString& key, const QString& text);
   [[nodiscard]] QString panel(const QString& key) const;
 

@@ -18,6 +18,7 @@ class InternalError : public std::logic_error {
   /// @param what  the case that no selection knows, for example `Solid 3: Type "elastic"`
   InternalError(int number, const std::string& what);
   [[nodiscard]] int number() const { return m_number; }
+  [[nodiscard]] const std::string& impossibleCase() const { return m_case; }
   /// The same error with the place that it happened in put in front of the case.
   [[nodiscard]] InternalError within(const std::string& place) const;
 

@@ -11,13 +11,13 @@
 #include <system_error>
 #include <thread>
 
-#include "analysis/result_file.h"
 #include "base/files.h"
 #include "base/profile.h"
 #include "base/settings.h"
-#include "batch/model_run.h"
+#include "batch/model_job.h"
 #include "batch/prints.h"
 #include "batch/progress.h"
+#include "run/result_file.h"
 
 namespace torvik::batch {
 
@@ -59,7 +59,7 @@ std::vector<bool> namedBefore(const std::vector<std::string>& models) {
   std::vector<bool> repeated;
   for (const std::string& model : models) {
     std::error_code error;
-    const std::filesystem::path resultFile = analysis::resultFileName(model);
+    const std::filesystem::path resultFile = run::resultFileName(model);
     const std::filesystem::path folder =
         std::filesystem::weakly_canonical(std::filesystem::absolute(resultFile, error).parent_path(), error);
     repeated.push_back(seen[error ? resultFile : folder / resultFile.filename()]++ > 0);

@@ -9,20 +9,19 @@ namespace torvik::batch {
 
 BatchHost::BatchHost(const std::atomic<bool>& endRequested, std::string step,
                      std::optional<std::string> shape, std::optional<std::string> tieStress)
-    : m_endRequested(endRequested),
-      m_step(std::move(step)),
+    : job::UnattendedHost(std::move(step)),
+      m_endRequested(endRequested),
       m_shape(std::move(shape)),
       m_tieStress(std::move(tieStress)) {}
 
-void BatchHost::doEvents() {
-  if (m_endRequested.load(std::memory_order_relaxed)) control.state = analysis::RunState::Over;
+bool BatchHost::proceed(run::Stage, section::Search) {
+  progress();
+  return !m_endRequested.load(std::memory_order_relaxed);
 }
 
-void BatchHost::showMessage(const std::string& text) {
-  // The confined law's dialogue is answered by options that say the same.
-  if (!text.starts_with("Warning:")) return;
-  tell(text);
-  warn(text);
+void BatchHost::notice(job::Notice notice) {
+  tell(job::textOf(notice));
+  warn(job::textOf(notice));
 }
 
 std::string BatchHost::inputBox(const std::string&, const std::string& title, const std::string&) {

@@ -5,12 +5,13 @@
 
 #include <atomic>
 
-#include "analysis/section_parameters.h"
-#include "analysis/stress_strain_curve.h"
 #include "base/files.h"
 #include "base/number_text.h"
 #include "batch/batch_host.h"
-#include "batch/model_run.h"
+#include "batch/model_job.h"
+#include "materials/stress_strain_curve.h"
+#include "run/columns.h"
+#include "section/section_parameters.h"
 
 namespace torvik::batch {
 
@@ -23,19 +24,20 @@ std::string numberText(double value, bool fullNumbers) {
 }  // namespace
 
 std::string sectionParametersText(const std::string& path, bool fullNumbers, std::string& warnings) {
-  model::JobTables job = model::BuildJobTables(readModel(path));
+  const model::JobTables job = model::BuildJobTables(readModel(path));
   if (!job.hasBeam() || !job.hasSection()) throw base::InputError(std::string(model::kInsufficientObjects));
-  const std::atomic<bool> never = false;
-  BatchHost host(never, "Small", {}, {});
-  host.tell = [&](const std::string& message) { warnings += message; };
-  const analysis::SectionParameterTable table = analysis::SectionParameters(job.tables, host);
+  const section::SectionParameterResult parameters = section::SectionParameters(job.tables);
+  if (parameters.isWithoutModulus) warnings += job::textOf(job::Notice::WithoutModulus);
+  if (parameters.fault) throw *parameters.fault;
 
-  std::string text = fmt::format("{}\n", fmt::join(analysis::sectionParameterHeadings(), "\t"));
-  for (int row = 0; row < 5; ++row) {
-    text += analysis::sectionParameterLetter(row);
-    for (const double value : table.rows[static_cast<std::size_t>(row)].values())
+  std::string text(run::kSectionHeading);
+  for (const run::Column& column : run::sectionParameterColumns()) text += "\t" + column.heading;
+  text += fmt::format("\t{}\n", run::kNoteHeading);
+  for (int row = 0; row < run::kSectionRows; ++row) {
+    text += run::sectionParameterLetter(row);
+    for (const double value : parameters.table.rows[static_cast<std::size_t>(row)].values())
       text += "\t" + numberText(value, fullNumbers);
-    text += fmt::format("\t{}\n", analysis::sectionParameterNote(row));
+    text += fmt::format("\t{}\n", run::sectionParameterNote(row));
   }
   return text;
 }
@@ -56,14 +58,14 @@ std::string stressStrainText(const std::string& path, const Request& request,
   context.report = [](const std::string& caption, const std::string& message) {
     throw base::InputError(caption + ": " + message);
   };
-  const auto points = analysis::withLawRow(
+  const auto points = materials::withLawRow(
       tables, name.kind, static_cast<std::size_t>(name.number) - 1, [&](const auto& row) {
-        if (const std::string missing = analysis::missingForCurve(row.Type, row.File); !missing.empty())
+        if (const std::string missing = materials::missingForCurve(row.Type, row.File); !missing.empty())
           throw base::InputError(missing);
-        return analysis::stressStrainCurve(row, analysis::curveRange(name.kind, settings), context);
+        return materials::stressStrainCurve(row, materials::curveRange(name.kind, settings), context);
       });
   std::string text = "Strain\tStress\n";
-  for (const analysis::CurvePoint& point : points)
+  for (const materials::CurvePoint& point : points)
     text += numberText(point.strain, request.fullNumbers) + "\t" +
             numberText(point.stress, request.fullNumbers) + "\n";
   return text;

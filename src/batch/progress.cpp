@@ -13,14 +13,16 @@
 
 namespace torvik::batch {
 
-void ProgressLine::show(const std::string& name, const analysis::LoadStep& step, double seconds) {
-  if (!m_enabled) return;
+void ProgressLine::show(const std::string& name, const run::Run& run, double seconds) {
+  if (!m_enabled || run.steps() == 0) return;
   const std::lock_guard lock(m_mutex);
   const auto now = std::chrono::steady_clock::now();
   if (now - m_last < std::chrono::milliseconds(100)) return;
   m_last = now;
+  const int steps = run.steps();
+  const run::Step step = run.step(steps - 1);
   std::string text =
-      fmt::format("{}  step {}  curvature {}  moment {}  {:.1f} s", base::printable(name), step.Step + 1,
+      fmt::format("{}  step {}  curvature {}  moment {}  {:.1f} s", base::printable(name), steps,
                   base::scientificText(step.Curvature), base::scientificText(step.Moment), seconds);
   winsize size{};
   const std::size_t width =
@@ -36,14 +38,6 @@ void ProgressLine::clear() {
   if (!std::exchange(m_shown, false)) return;
   fmt::print(stderr, "\r\033[K");
   std::fflush(stderr);
-}
-
-ProgressSink::ProgressSink(ProgressLine& line, std::string name)
-    : m_line(line), m_name(std::move(name)), m_start(std::chrono::steady_clock::now()) {}
-
-void ProgressSink::loadStep(const analysis::LoadStep& step) {
-  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - m_start;
-  m_line.show(m_name, step, elapsed.count());
 }
 
 }  // namespace torvik::batch

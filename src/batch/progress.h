@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 
-#include "analysis/sink.h"
+#include "run/run.h"
 
 namespace torvik::batch {
 
@@ -14,8 +14,8 @@ class ProgressLine {
  public:
   explicit ProgressLine(bool enabled) : m_enabled(enabled) {}
 
-  /// Writes the line, at most ten times a second.
-  void show(const std::string& name, const analysis::LoadStep& step, double seconds);
+  /// Writes where a job is, at most ten times a second.
+  void show(const std::string& name, const run::Run& run, double seconds);
   /// Takes the line off the terminal.
   void clear();
 
@@ -24,18 +24,6 @@ class ProgressLine {
   std::mutex m_mutex;
   std::chrono::steady_clock::time_point m_last{};
   bool m_shown = false;
-};
-
-/// Feeds the line with the steps of one job.
-class ProgressSink : public analysis::Sink {
- public:
-  ProgressSink(ProgressLine& line, std::string name);
-  void loadStep(const analysis::LoadStep& step) override;
-
- private:
-  ProgressLine& m_line;
-  std::string m_name;
-  std::chrono::steady_clock::time_point m_start;
 };
 
 }  // namespace torvik::batch

@@ -31,7 +31,7 @@ class LinePath {
  public:
   explicit LinePath(const QRectF& clip) : m_clip(clip) {}
 
-  /// The next point of a run of joined points.
+  /// The next one of a row of joined points.
   void add(const QPointF& point) {
     if (!m_inRun) {
       m_inRun = true;

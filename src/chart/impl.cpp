@@ -24,7 +24,7 @@ constexpr double kReadOutMark = 9;
 constexpr int kFrame = 30;  // milliseconds
 constexpr int kSlowestFrame = 500;
 /// A chart takes at most one part in so many of the time.
-constexpr double kShareOfTime = 12;
+constexpr double kShareOfTime = 40;
 
 }  // namespace
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// The two questions of the law "Restoration (Confined)", asked once per run of the program.
+/// The two questions of the law "Restoration (Confined)", asked once per start of the program.
 namespace torvik::materials {
 
 /// Who answers. Any of them may throw, which ends the job or the curve in hand.

@@ -74,14 +74,12 @@ SolidConfined::SolidConfined(const model::SolidObject& row)
       ef(row.FlexuralStrain),
       VolumetricRatio(row.VolumetricRatio) {}
 
-void SolidConfined::prepare(ConfinementAnswers& answers, ConfinementPrompt* prompt) {
-  if (prepared && used.k1 == answers.k1 && used.k2 == answers.k2 && used.fy == answers.fy) return;
-
+ConfinedCurve SolidConfined::curve(ConfinementAnswers& answers, ConfinementPrompt* prompt) const {
   const base::FlagKeeper keeper;
-  prepared = false;
-  inverseFault = {};
+  ConfinedCurve curve;
+  curve.ef = ef;
   const double fck = base::finite(fc / 9.8 * 100, "strength of \"Restoration (Confined)\"");
-  Ek = base::finite(E / 9.8 * 100, "modulus of \"Restoration (Confined)\"");
+  curve.Ek = base::finite(E / 9.8 * 100, "modulus of \"Restoration (Confined)\"");
   if (!answers.complete()) {
     if (prompt == nullptr) {
       throw base::InternalError(base::kImpossibleCase,
@@ -89,21 +87,21 @@ void SolidConfined::prepare(ConfinementAnswers& answers, ConfinementPrompt* prom
     }
     answers.askWhereMissing(VolumetricRatio, *prompt);
   }
-  used = answers;
 
-  const double k1 = used.k1;
-  const double k2 = used.k2;
-  const double fy = used.fy;
+  const double k1 = answers.k1;
+  const double k2 = answers.k2;
+  const double fy = answers.fy;
   const double r = VolumetricRatio;
   constexpr const char* kPeak = "strain at the peak of \"Restoration (Confined)\"";
   constexpr const char* kEnd = "strain at the end of \"Restoration (Confined)\"";
-  fcc = base::finite(fck + k1 * 3.8 * r * fy, "confined strength of \"Restoration (Confined)\"");
-  ecc = base::finite(0.002 + base::divide(k2 * 0.033 * r * fy, fck, kPeak), kPeak);
-  Z = base::divide(11.2 * fck * fck, fy * r, "falling slope of \"Restoration (Confined)\"");
-  eu = base::finite(ecc + base::divide(0.2 * fcc, Z, kEnd), kEnd);
-  n = base::divide(Ek * ecc, Ek * ecc - fcc, "exponent of \"Restoration (Confined)\"");
-  inverse = quotient(1, n, "rising curve of \"Restoration (Confined)\"", inverseFault);
-  prepared = true;
+  curve.fcc = base::finite(fck + k1 * 3.8 * r * fy, "confined strength of \"Restoration (Confined)\"");
+  curve.ecc = base::finite(0.002 + base::divide(k2 * 0.033 * r * fy, fck, kPeak), kPeak);
+  curve.Z = base::divide(11.2 * fck * fck, fy * r, "falling slope of \"Restoration (Confined)\"");
+  curve.eu = base::finite(curve.ecc + base::divide(0.2 * curve.fcc, curve.Z, kEnd), kEnd);
+  curve.n = base::divide(curve.Ek * curve.ecc, curve.Ek * curve.ecc - curve.fcc,
+                         "exponent of \"Restoration (Confined)\"");
+  curve.inverse = quotient(1, curve.n, "rising curve of \"Restoration (Confined)\"", curve.inverseFault);
+  return curve;
 }
 
 BarJsce::BarJsce(const model::BarObject& row)

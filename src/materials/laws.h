@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "base/elementary.h"
@@ -31,9 +32,9 @@ struct Unknown {
   std::string Type;
 };
 
-/// A user stress-strain file; `UserCurveCache` evaluates it.
+/// A user stress-strain file; `UserCurves` evaluates it.
 struct UserFile {
-  std::string File;
+  std::uint16_t number;  ///< `UserCurves::numberOf`
 };
 
 /// "Elastic" of all tables: no limit on either side.
@@ -109,16 +110,19 @@ struct SolidMuguruma {
   }
 };
 
-/// "Restoration (Confined)", in kgf/cm2 inside.
-struct SolidConfined {
-  explicit SolidConfined(const model::SolidObject& row);
+/// "Restoration (Confined)" with its questions answered, in kgf/cm2 inside.
+struct ConfinedCurve {
+  double ef = 0;
+  double Ek = 0;
+  double fcc = 0;  ///< confined strength
+  double ecc = 0;  ///< strain at that strength
+  double Z = 0;    ///< falling slope
+  double eu = 0;   ///< strain where the stress has fallen by 20% of fcc
+  double n = 0;
+  double inverse = 0;  ///< 1 / n
+  Fault inverseFault;
 
-  /// Has the answers asked for where they are missing, then works out what follows from them; nothing where
-  /// that has been done for these answers. Goes before every evaluation until `plain`.
-  /// @throws NumericFault  InternalError where `prompt` is null and an answer is missing
-  void prepare(ConfinementAnswers& answers, ConfinementPrompt* prompt);
-
-  [[nodiscard]] bool plain() const { return prepared && inverseFault.where == nullptr; }
+  [[nodiscard]] bool plain() const { return inverseFault.where == nullptr; }
   double operator()(double e) const { return inKgf(e) * 9.8 / 100; }
 
  private:
@@ -132,21 +136,20 @@ struct SolidConfined {
     if (ecc <= e && e <= eu) return fcc - (e - ecc) * Z;
     return 0;
   }
+};
 
+/// What a row of the law "Restoration (Confined)" says of its curve; the rest are answers.
+struct SolidConfined {
   double E;
   double fc;
   double ef;
   double VolumetricRatio;
-  ConfinementAnswers used;  ///< the answers that the following stand for
-  bool prepared = false;
-  double Ek = 0;
-  double fcc = 0;  ///< confined strength
-  double ecc = 0;  ///< strain at that strength
-  double Z = 0;    ///< falling slope
-  double eu = 0;   ///< strain where the stress has fallen by 20% of fcc
-  double n = 0;
-  double inverse = 0;  ///< 1 / n
-  Fault inverseFault;
+
+  explicit SolidConfined(const model::SolidObject& row);
+
+  /// The curve that follows from the answers; those that are missing are asked for.
+  /// @throws NumericFault  InternalError where `prompt` is null and an answer is missing
+  ConfinedCurve curve(ConfinementAnswers& answers, ConfinementPrompt* prompt) const;
 };
 
 /// "JSCE (Design)" of bars. The compression side ends at the fixed strain -0.03, at zero already on the

@@ -16,45 +16,52 @@ template <class Law>
 constexpr bool kHasFormula = std::is_invocable_r_v<double, const Law&, double>;
 
 template <class Laws>
-bool isPlainLaw(const Laws& laws) {
+double stressOf(const Laws& laws, double strain, UserCurves& files, CurvePlace& place,
+                StressStrainContext& context) {
   return std::visit(
-      []<class Law>(const Law& law) {
-        if constexpr (kHasFormula<Law>) {
-          return law.plain();
-        } else {
-          return false;
-        }
-      },
-      laws);
-}
-
-template <class Laws>
-double stressOf(Laws& laws, double strain, UserCurveCache& files, StressStrainContext& context) {
-  return std::visit(
-      [&]<class Law>(Law& law) -> double {
+      [&]<class Law>(const Law& law) -> double {
         if constexpr (std::is_same_v<Law, laws::Unknown>) {
           throw base::InternalError(base::kImpossibleCase, "Type \"" + base::printable(law.Type) + "\"");
         } else if constexpr (std::is_same_v<Law, laws::UserFile>) {
-          return files.stress(strain, law.File, context.report);
+          return files.stress(strain, law.number, place, context.report);
+        } else if constexpr (std::is_same_v<Law, laws::SolidConfined>) {
+          return law.curve(context.memory.confinement, context.prompt)(strain);
         } else {
-          if constexpr (std::is_same_v<Law, laws::SolidConfined>) {
-            law.prepare(context.confinement, context.prompt);
-          }
           return law(strain);
         }
       },
       laws);
 }
 
+template <class Law>
+bool evaluatePlain(Law law, std::span<const double> strains, std::span<double> out) {
+  if (!law.plain()) return false;
+  // `law` is a copy that `out` can not alias: its constants stay in registers.
+  for (std::size_t i = 0; i < strains.size(); ++i) out[i] = law(strains[i]);
+  return true;
+}
+
+bool evaluateConfined(const laws::SolidConfined& law, std::span<const double> strains, std::span<double> out,
+                      ConfinementAnswers answers) {
+  if (!answers.complete()) return false;
+  try {
+    return evaluatePlain(law.curve(answers, nullptr), strains, out);
+  } catch (const base::NumericFault&) {
+    return false;  // told again with the name of its row
+  }
+}
+
 template <class Laws>
-void stressesOf(const Laws& laws, std::span<const double> strains, std::span<double> out) {
-  if (!isPlainLaw(laws))
-    throw base::InternalError(base::kImpossibleCase, "Stresses of a law that is not plain");
-  std::visit(
-      [&]<class Law>(const Law& shared) {
-        if constexpr (kHasFormula<Law>) {
-          const Law law = shared;  // a copy that `out` can not alias: its constants stay in registers
-          for (std::size_t i = 0; i < strains.size(); ++i) out[i] = law(strains[i]);
+bool stressesOf(const Laws& laws, std::span<const double> strains, std::span<double> out,
+                const StressStrainContext& context) {
+  return std::visit(
+      [&]<class Law>(const Law& law) {
+        if constexpr (std::is_same_v<Law, laws::SolidConfined>) {
+          return evaluateConfined(law, strains, out, context.memory.confinement);
+        } else if constexpr (kHasFormula<Law>) {
+          return evaluatePlain(law, strains, out);
+        } else {
+          return false;
         }
       },
       laws);
@@ -76,15 +83,23 @@ bool sameSteelLaw(const Row& a, const Row& b) {
 }  // namespace
 
 void StressStrainContext::startJob() {
-  solidFiles.startJob();
-  barFiles.startJob();
-  tendonFiles.startJob();
+  solidFiles.startJob(memory.places.solids);
+  barFiles.startJob(memory.places.bars);
+  tendonFiles.startJob(memory.places.tendons);
 }
 
-SolidLaw::SolidLaw(const model::SolidObject& row) {
+StressStrainContext StressStrainContext::lookOnly() const {
+  StressStrainContext copy = *this;
+  copy.prompt = nullptr;
+  copy.report = nullptr;
+  for (UserCurves* files : {&copy.solidFiles, &copy.barFiles, &copy.tendonFiles}) files->stopReading();
+  return copy;
+}
+
+SolidLaw::SolidLaw(const model::SolidObject& row, StressStrainContext& context) {
   const base::FlagKeeper keeper;
   if (row.Type == "File") {
-    m_law = laws::UserFile{row.File};
+    m_law = laws::UserFile{context.solidFiles.numberOf(row.File)};
   } else if (row.Type == "Elastic") {
     m_law = laws::Elastic{row.ElasticModulus};
   } else if (row.Type == "JSCE (Design)") {
@@ -100,22 +115,19 @@ SolidLaw::SolidLaw(const model::SolidObject& row) {
   }
 }
 
-bool SolidLaw::isPlain() const {
-  return isPlainLaw(m_law);
+double SolidLaw::stress(double strain, StressStrainContext& context) const {
+  return stressOf(m_law, strain, context.solidFiles, context.memory.places.solids, context);
 }
 
-double SolidLaw::stress(double strain, StressStrainContext& context) {
-  return stressOf(m_law, strain, context.solidFiles, context);
+bool SolidLaw::stresses(std::span<const double> strains, std::span<double> out,
+                        const StressStrainContext& context) const {
+  return stressesOf(m_law, strains, out, context);
 }
 
-void SolidLaw::stresses(std::span<const double> strains, std::span<double> out) const {
-  stressesOf(m_law, strains, out);
-}
-
-BarLaw::BarLaw(const model::BarObject& row) {
+BarLaw::BarLaw(const model::BarObject& row, StressStrainContext& context) {
   const base::FlagKeeper keeper;
   if (row.Type == "File") {
-    m_law = laws::UserFile{row.File};
+    m_law = laws::UserFile{context.barFiles.numberOf(row.File)};
   } else if (row.Type == "Elastic") {
     m_law = laws::Elastic{row.ElasticModulus};
   } else if (row.Type == "JSCE (Design)") {
@@ -129,22 +141,19 @@ BarLaw::BarLaw(const model::BarObject& row) {
   }
 }
 
-bool BarLaw::isPlain() const {
-  return isPlainLaw(m_law);
+double BarLaw::stress(double strain, StressStrainContext& context) const {
+  return stressOf(m_law, strain, context.barFiles, context.memory.places.bars, context);
 }
 
-double BarLaw::stress(double strain, StressStrainContext& context) {
-  return stressOf(m_law, strain, context.barFiles, context);
+bool BarLaw::stresses(std::span<const double> strains, std::span<double> out,
+                      const StressStrainContext& context) const {
+  return stressesOf(m_law, strains, out, context);
 }
 
-void BarLaw::stresses(std::span<const double> strains, std::span<double> out) const {
-  stressesOf(m_law, strains, out);
-}
-
-TendonLaw::TendonLaw(const model::TendonObject& row) {
+TendonLaw::TendonLaw(const model::TendonObject& row, StressStrainContext& context) {
   const base::FlagKeeper keeper;
   if (row.Type == "File") {
-    m_law = laws::UserFile{row.File};
+    m_law = laws::UserFile{context.tendonFiles.numberOf(row.File)};
   } else if (row.Type == "Elastic") {
     m_law = laws::Elastic{row.ElasticModulus};
   } else if (row.Type == "JSCE (Design)") {
@@ -158,16 +167,13 @@ TendonLaw::TendonLaw(const model::TendonObject& row) {
   }
 }
 
-bool TendonLaw::isPlain() const {
-  return isPlainLaw(m_law);
+double TendonLaw::stress(double strain, StressStrainContext& context) const {
+  return stressOf(m_law, strain, context.tendonFiles, context.memory.places.tendons, context);
 }
 
-double TendonLaw::stress(double strain, StressStrainContext& context) {
-  return stressOf(m_law, strain, context.tendonFiles, context);
-}
-
-void TendonLaw::stresses(std::span<const double> strains, std::span<double> out) const {
-  stressesOf(m_law, strains, out);
+bool TendonLaw::stresses(std::span<const double> strains, std::span<double> out,
+                         const StressStrainContext& context) const {
+  return stressesOf(m_law, strains, out, context);
 }
 
 bool sameLaw(const model::SolidObject& a, const model::SolidObject& b) {
@@ -186,15 +192,15 @@ bool sameLaw(const model::TendonObject& a, const model::TendonObject& b) {
 }
 
 double fncSSSolid(double strain, const model::SolidObject& row, StressStrainContext& context) {
-  return SolidLaw(row).stress(strain, context);
+  return SolidLaw(row, context).stress(strain, context);
 }
 
 double fncSSBar(double strain, const model::BarObject& row, StressStrainContext& context) {
-  return BarLaw(row).stress(strain, context);
+  return BarLaw(row, context).stress(strain, context);
 }
 
 double fncSSTendon(double strain, const model::TendonObject& row, StressStrainContext& context) {
-  return TendonLaw(row).stress(strain, context);
+  return TendonLaw(row, context).stress(strain, context);
 }
 
 }  // namespace torvik::materials

@@ -14,37 +14,53 @@
 /// tendons tension positive. docs/theory.md, "Stress-strain laws", has every formula.
 namespace torvik::materials {
 
-/// What the laws keep between calls: one object for a program, or for each of the jobs that run side by side.
-struct StressStrainContext {
-  ConfinementAnswers confinement;
-  UserCurveCache solidFiles{"fncSSSolidFile"};
-  UserCurveCache barFiles{"fncSSBarFile"};
-  UserCurveCache tendonFiles{"fncSSTendonFile"};
-  ConfinementPrompt* prompt = nullptr;  ///< answers the questions of "Restoration (Confined)"
-  UserCurveCache::Report report;        ///< shows a user file that can not be read
-
-  void startJob();
+/// Where each table's searches in user files have come to.
+struct CurvePlaces {
+  CurvePlace solids;
+  CurvePlace bars;
+  CurvePlace tendons;
 };
 
-/// The law of a solid row, its `Type` looked up and all that the row alone decides worked out once.
-/// Evaluating it gives the very bits of the formulas as docs/theory.md writes them.
+/// What the laws keep from one evaluation to the next: a value. Bringing one back brings back what a law gave
+/// then, bit by bit.
+struct LawMemory {
+  ConfinementAnswers confinement;
+  CurvePlaces places;
+};
+
+/// What the laws keep, and where they get the rest: one object for a program, or for each of the jobs that
+/// run side by side. Views work on copies (`lookOnly`), so that a look changes no result.
+struct StressStrainContext {
+  LawMemory memory;
+  UserCurves solidFiles{"fncSSSolidFile"};
+  UserCurves barFiles{"fncSSBarFile"};
+  UserCurves tendonFiles{"fncSSTendonFile"};
+  ConfinementPrompt* prompt = nullptr;  ///< answers the questions of "Restoration (Confined)"
+  UserCurves::Report report;            ///< shows a user file that can not be read
+
+  void startJob();
+  /// A copy that shares what was read, asks nobody and reports nothing.
+  [[nodiscard]] StressStrainContext lookOnly() const;
+};
+
+/// The law of a solid row, its `Type` looked up and all that the row alone decides worked out once. It keeps
+/// nothing between calls. Evaluating it gives the very bits of the formulas as docs/theory.md writes them.
 class SolidLaw {
  public:
   /// Never fails: an unknown `Type` or an impossible constant is told by the first evaluation that needs it.
-  explicit SolidLaw(const model::SolidObject& row);
-
-  /// True where `stresses` may be called: the law keeps nothing between calls, asks nothing and can not
-  /// throw. "Restoration (Confined)" is plain from the first call of `stress` on, which asks its questions.
-  [[nodiscard]] bool isPlain() const;
+  SolidLaw(const model::SolidObject& row, StressStrainContext& context);
 
   /// A stress that overflows is returned as it is and raises the flags of `base::fpflags`.
   /// @throws InternalError 51 where `Type` names no law, or nobody answers the questions of the confined law
   /// @throws NumericFault where a constant or a quotient of the law can not be worked out
-  double stress(double strain, StressStrainContext& context);
+  double stress(double strain, StressStrainContext& context) const;
 
-  /// Stresses of many rows of a plain law; the spans have one size. No exception; overflow raises the flags
-  /// of `base::fpflags`.
-  void stresses(std::span<const double> strains, std::span<double> out) const;
+  /// Stresses of many rows; the spans have one size. No exception; overflow raises the flags of
+  /// `base::fpflags`.
+  /// @return false, with `out` untouched, where the rows have to be gone through one by one: the law keeps a
+  ///         place in a file, has a question left to ask, or may fail
+  bool stresses(std::span<const double> strains, std::span<double> out,
+                const StressStrainContext& context) const;
 
  private:
   std::variant<laws::Unknown, laws::UserFile, laws::Elastic, laws::SolidJsce, laws::SolidExponential,
@@ -55,10 +71,10 @@ class SolidLaw {
 /// The law of a bar row; see `SolidLaw`.
 class BarLaw {
  public:
-  explicit BarLaw(const model::BarObject& row);
-  [[nodiscard]] bool isPlain() const;
-  double stress(double strain, StressStrainContext& context);
-  void stresses(std::span<const double> strains, std::span<double> out) const;
+  BarLaw(const model::BarObject& row, StressStrainContext& context);
+  double stress(double strain, StressStrainContext& context) const;
+  bool stresses(std::span<const double> strains, std::span<double> out,
+                const StressStrainContext& context) const;
 
  private:
   std::variant<laws::Unknown, laws::UserFile, laws::Elastic, laws::BarJsce, laws::BarSteel, laws::Frp> m_law;
@@ -67,10 +83,10 @@ class BarLaw {
 /// The law of a tendon row; see `SolidLaw`.
 class TendonLaw {
  public:
-  explicit TendonLaw(const model::TendonObject& row);
-  [[nodiscard]] bool isPlain() const;
-  double stress(double strain, StressStrainContext& context);
-  void stresses(std::span<const double> strains, std::span<double> out) const;
+  TendonLaw(const model::TendonObject& row, StressStrainContext& context);
+  double stress(double strain, StressStrainContext& context) const;
+  bool stresses(std::span<const double> strains, std::span<double> out,
+                const StressStrainContext& context) const;
 
  private:
   std::variant<laws::Unknown, laws::UserFile, laws::Elastic, laws::TendonJsce, laws::TendonSteel, laws::Frp>

@@ -60,6 +60,15 @@ Record parseRecord(std::string_view line) {
   return record;
 }
 
+double interpolated(const CurveRecords& records, double strain, int from) {
+  const auto i = static_cast<std::size_t>(from);
+  const std::vector<double>& Strains = records.Strains;
+  const std::vector<double>& Stresses = records.Stresses;
+  return Stresses[i] + base::divide(Stresses[i + 1] - Stresses[i], Strains[i + 1] - Strains[i],
+                                    "slope of a user stress-strain file") *
+                           (strain - Strains[i]);
+}
+
 }  // namespace
 
 CurveRecords parseCurve(std::string_view text, const std::string& fileName) {
@@ -100,65 +109,75 @@ CurveRecords readCurveFile(const std::string& fileName) {
   return parseCurve(text, fileName);
 }
 
-UserCurveCache::UserCurveCache(std::string function) : m_function(std::move(function)) {}
+UserCurves::UserCurves(std::string function) : m_function(std::move(function)), m_files(1) {}
 
-double UserCurveCache::stress(double strain, const std::string& fileName, const Report& report) {
-  if (fileName != CachedFile && !load(fileName, report)) return 0;
+std::uint16_t UserCurves::numberOf(const std::string& fileName) {
+  const auto found = std::ranges::find(m_files, fileName, &File::name);
+  const auto number = static_cast<std::size_t>(found - m_files.begin());
+  if (number >= CurvePlace::kNone)
+    throw base::NumericFault(base::NumericFault::Kind::Overflow, "number of user stress-strain files");
+  if (found == m_files.end()) m_files.push_back({fileName, nullptr, nullptr, false});
+  return static_cast<std::uint16_t>(number);
+}
 
-  const std::vector<double>& Strains = m_points->Strains;
-  const auto at = [&](int index) { return Strains[static_cast<std::size_t>(index)]; };
-  if (static_cast<std::size_t>(Cursor) >= Strains.size()) {
+double UserCurves::stress(double strain, std::uint16_t file, CurvePlace& place, const Report& report) {
+  if (file != place.file && !load(file, place, report)) return 0;
+
+  static const CurveRecords kNoRecords;
+  const CurveRecords& records =
+      place.points == CurvePlace::kNone ? kNoRecords : *m_files[place.points].points;
+  const auto at = [&](int index) { return records.Strains[static_cast<std::size_t>(index)]; };
+  std::int16_t& Cursor = place.Cursor;
+  if (static_cast<std::size_t>(Cursor) >= records.Strains.size()) {
     throw base::NumericFault(base::NumericFault::Kind::IndexOutOfRange,
-                             "user stress-strain file \"" + base::printable(fileName) + "\"");
+                             "user stress-strain file \"" + base::printable(m_files[file].name) + "\"");
   }
   if (strain > at(Cursor)) {
-    for (; Cursor <= PointCount - 2; ++Cursor) {
-      if (at(Cursor) <= strain && strain <= at(Cursor + 1)) return interpolated(strain, Cursor);
+    for (; Cursor <= place.PointCount - 2; ++Cursor) {
+      if (at(Cursor) <= strain && strain <= at(Cursor + 1)) return interpolated(records, strain, Cursor);
     }
   } else {
     for (; Cursor >= 1; --Cursor) {
-      if (at(Cursor - 1) <= strain && strain <= at(Cursor)) {
-        return interpolated(strain, static_cast<std::int16_t>(Cursor - 1));
-      }
+      if (at(Cursor - 1) <= strain && strain <= at(Cursor)) return interpolated(records, strain, Cursor - 1);
     }
   }
   return 0;
 }
 
-void UserCurveCache::startJob() {
-  if (m_points != &m_kept) {
-    m_kept = *m_points;
-    m_points = &m_kept;
-  }
-  m_files.clear();
+void UserCurves::startJob(CurvePlace& place) {
+  std::vector<File> kept(1);
+  const auto keep = [&](std::uint16_t number, bool withPoints) {
+    File& file = m_files[number];
+    auto found = std::ranges::find(kept, file.name, &File::name);
+    if (found == kept.end()) found = kept.insert(kept.end(), {file.name, nullptr, nullptr, false});
+    if (withPoints) found->points = file.points;
+    return static_cast<std::uint16_t>(found - kept.begin());
+  };
+  place.file = keep(place.file, false);
+  if (place.points != CurvePlace::kNone) place.points = keep(place.points, true);
+  m_files = std::move(kept);
 }
 
-bool UserCurveCache::load(const std::string& fileName, const Report& report) {
-  CachedFile = fileName;
-  auto found = m_files.find(fileName);
-  if (found == m_files.end()) found = m_files.emplace(fileName, File{readCurveFile(fileName)}).first;
-
-  File& file = found->second;
-  if (file.records.opened) {
-    PointCount = file.records.PointCount;
-    // A file without any record leaves the arrays of the one before it.
-    if (!file.records.Strains.empty()) m_points = &file.records;
+bool UserCurves::load(std::uint16_t number, CurvePlace& place, const Report& report) {
+  place.file = number;
+  File& file = m_files[number];
+  if (!file.read && !m_reads)
+    throw base::InternalError(base::kImpossibleCase, "a user stress-strain file that no job has read");
+  if (!file.read) file.read = std::make_shared<const CurveRecords>(readCurveFile(file.name));
+  if (file.read->opened) {
+    place.PointCount = file.read->PointCount;
+    // A file without any record leaves the points of the one before it.
+    if (!file.read->Strains.empty()) {
+      file.points = file.read;
+      place.points = number;
+    }
   }
-  if (file.records.failure.empty()) return true;
+  if (file.read->failure.empty()) return true;
   if (!file.reported) {
     file.reported = true;
-    if (report) report(std::string(base::kTitle) + " " + m_function, file.records.failure);
+    if (report) report(std::string(base::kTitle) + " " + m_function, file.read->failure);
   }
   return false;
-}
-
-double UserCurveCache::interpolated(double strain, std::int16_t from) const {
-  const auto i = static_cast<std::size_t>(from);
-  const std::vector<double>& Strains = m_points->Strains;
-  const std::vector<double>& Stresses = m_points->Stresses;
-  return Stresses[i] + base::divide(Stresses[i + 1] - Stresses[i], Strains[i + 1] - Strains[i],
-                                    "slope of a user stress-strain file") *
-                           (strain - Strains[i]);
 }
 
 }  // namespace torvik::materials

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,49 +33,60 @@ CurveRecords parseCurve(std::string_view text, const std::string& fileName);
 /// The file, or a failure that says why it could not be opened.
 CurveRecords readCurveFile(const std::string& fileName);
 
-/// The one cache of a table's user files, alive as long as the program: the name last loaded, its points, and
-/// the place where the last search ended.
+/// Where a search in the user files of one table has come to: a value that can be kept and brought back. Its
+/// numbers are those of one `UserCurves` within one job.
+struct CurvePlace {
+  static constexpr std::uint16_t kNone = 0xFFFF;
+  std::uint16_t file = 0;        ///< `CachedFile`: the one last asked for; 0: the empty name
+  std::uint16_t points = kNone;  ///< the one whose points are held: the last that had any
+  std::int16_t PointCount = 0;
+  std::int16_t Cursor = 0;
+
+  bool operator==(const CurvePlace&) const = default;
+};
+
+/// The user files of one table as they were read, each at most once a job. A copy shares their points.
 ///
 /// A failed load is reported once per job and file, the call returns 0, and later calls of that name work on
-/// the points that the cache then holds. The points of files that were loaded before are kept until
-/// `startJob`, so that rows with different files do not read them from the disk at every call.
-class UserCurveCache {
+/// the points that are then held.
+class UserCurves {
  public:
   /// @param function  "fncSSSolidFile", "fncSSBarFile" or "fncSSTendonFile": behind the title in the
   /// message's caption
-  explicit UserCurveCache(std::string function);
-  UserCurveCache(const UserCurveCache&) = delete;
-  UserCurveCache& operator=(const UserCurveCache&) = delete;
+  explicit UserCurves(std::string function);
 
   /// (caption, text) of a failed load.
   using Report = std::function<void(const std::string&, const std::string&)>;
 
-  /// Stress at `strain` by linear interpolation between the neighbouring points, 0 outside the file's range.
-  /// @throws NumericFault IndexOutOfRange where the cache holds no point at the place of its last search,
-  ///         DivisionByZero at a step of strain 0 that the search meets
-  double stress(double strain, const std::string& fileName, const Report& report);
+  /// The number of a file until the next `startJob`. Nothing is read.
+  std::uint16_t numberOf(const std::string& fileName);
 
-  /// Files other than the last one are read again from now on, and failures are reported again.
-  void startJob();
+  /// Stress at `strain` by linear interpolation between the neighbouring points, 0 outside the file's range.
+  /// Reads the file where that has not been done.
+  /// @throws NumericFault IndexOutOfRange where no point is held at the place of the last search,
+  ///         DivisionByZero at a step of strain 0 that the search meets
+  double stress(double strain, std::uint16_t file, CurvePlace& place, const Report& report);
+
+  /// Files are read again from now on, and failures reported again; what `place` holds stays as it is.
+  void startJob(CurvePlace& place);
+
+  /// From now on a file that has not been read is InternalError 51: of a copy that only looks.
+  void stopReading() { m_reads = false; }
 
  private:
   struct File {
-    CurveRecords records;
+    std::string name;
+    std::shared_ptr<const CurveRecords> read;    ///< in this job; null: not yet
+    std::shared_ptr<const CurveRecords> points;  ///< of the last time that it had any
     bool reported = false;
   };
 
   /// False where the file, now or earlier in this job, could not be read to its end.
-  bool load(const std::string& fileName, const Report& report);
-  [[nodiscard]] double interpolated(double strain, std::int16_t from) const;
+  bool load(std::uint16_t number, CurvePlace& place, const Report& report);
 
   std::string m_function;
-  std::map<std::string, File> m_files;  ///< those loaded in this job
-  CurveRecords m_kept;                  ///< the points held when the job began
-
-  std::string CachedFile;
-  const CurveRecords* m_points = &m_kept;  ///< holds `Strains` and `Stresses` of the cache
-  std::int16_t PointCount = 0;
-  std::int16_t Cursor = 0;
+  std::vector<File> m_files;
+  bool m_reads = true;
 };
 
 }  // namespace torvik::materials

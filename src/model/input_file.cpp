@@ -153,6 +153,7 @@ bool ReadInputFile(Document& document, InputFileFrame& frame, const std::string&
   const base::ProfileFile file = base::ProfileFile::read(path);
   document.currentFile = path;
   document.SavedFlag = true;
+  document.stored = document.tables;
   readTables(file, document.tables);
   return true;
 }
@@ -166,6 +167,7 @@ void WriteInputFile(Document& document, InputFileFrame& frame, const std::string
   // Not before: what could not be written must not count as saved.
   document.currentFile = path;
   document.SavedFlag = true;
+  document.stored = document.tables;
 }
 
 }  // namespace torvik::model

@@ -14,8 +14,12 @@ namespace torvik::model {
 /// The model that is being edited, with its file.
 struct Document {
   ObjectTables tables;
-  std::string currentFile;  ///< last read or written; empty before
-  bool SavedFlag = true;    ///< nothing edited since the last New, read or write
+  std::string currentFile;   ///< last read or written; empty before
+  bool SavedFlag = true;     ///< nothing edited since the last New, read or write, as far as that is told
+  ObjectTables stored = {};  ///< as they were last read or written whole; empty after New
+
+  /// Whether the tables differ from what was last read or written whole.
+  [[nodiscard]] bool isChanged() const { return tables != stored; }
 };
 
 /// What surrounds a read or a write: the window's caption, recent files, cursor and message box.

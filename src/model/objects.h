@@ -15,7 +15,7 @@
 /// units".
 ///
 /// Field names are the keys of the input file. What a job works out for a row (its strains, stress and force)
-/// stands in `analysis::SectionState`, side by side for all rows.
+/// stands in `section::State`, side by side for all rows.
 namespace torvik::model {
 
 enum class ObjectKind : int { Beam = 0, Solid = 1, Bar = 2, Tendon = 3, AxialForce = 4 };
@@ -39,6 +39,8 @@ struct BeamObject {
   double HalfSpanFiberLength = 0;        ///< length of a piece
   double BeamTop = 0;                    ///< working: smallest top edge of the job's solids
   double BeamBottom = 0;                 ///< working: largest bottom edge of the job's solids
+
+  bool operator==(const BeamObject&) const = default;
 };
 
 /// One concrete fibre, or `Number` like ones.
@@ -60,6 +62,8 @@ struct SolidObject {
   double UltimateStress = 0;  ///< strength
   double UltimateStrain = 0;
   double VolumetricRatio = 0;  ///< of confining steel, 4 As / (s D)
+
+  bool operator==(const SolidObject&) const = default;
 };
 
 /// One layer of reinforcing bars.
@@ -79,6 +83,8 @@ struct BarObject {
   double YieldStrain = 0;
   double UltimateStress = 0;
   double UltimateStrain = 0;
+
+  bool operator==(const BarObject&) const = default;
 };
 
 /// One layer of prestressing tendons.
@@ -102,6 +108,8 @@ struct TendonObject {
   double YieldStrain = 0;
   double UltimateStress = 0;
   double UltimateStrain = 0;
+
+  bool operator==(const TendonObject&) const = default;
 };
 
 /// One external axial force.
@@ -110,6 +118,8 @@ struct AxialForceObject {
   std::int16_t Number = 0;  ///< marks in the figure; no part in a job
   double Depth = 0;
   double Force = 0;  ///< compression positive
+
+  bool operator==(const AxialForceObject&) const = default;
 };
 
 /// Row n of a grid is record n. At most 32767 rows a table.
@@ -121,6 +131,7 @@ struct ObjectTables {
   std::vector<AxialForceObject> AxialForces;
 
   [[nodiscard]] std::size_t rowCount(ObjectKind kind) const;
+  bool operator==(const ObjectTables&) const = default;
 };
 
 inline constexpr int kMaxRows = 32767;

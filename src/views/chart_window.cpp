@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <functional>
+#include <utility>
 
 #include "base/errors.h"
 #include "base/files.h"
@@ -62,8 +62,8 @@ constexpr int kTendonColumn = 5;
 
 }  // namespace
 
-ChartWindow::ChartWindow(Shell& shell, int kind, const JobExtent& extent)
-    : ChildWindow(shell, "frmChart", kind), m_chart(new chart::ChartControl(this)) {
+ChartWindow::ChartWindow(Shell& shell, int kind, std::shared_ptr<const run::Run> run)
+    : ChildWindow(shell, "frmChart", kind), m_chart(new chart::ChartControl(this)), m_run(std::move(run)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_chart);
@@ -83,7 +83,8 @@ ChartWindow::ChartWindow(Shell& shell, int kind, const JobExtent& extent)
   });
   connect(m_chart, &chart::ChartControl::menuRequested, this, &ChartWindow::popupMenuAt);
 
-  layOut(extent);
+  layOut();
+  catchUp();
 }
 
 void ChartWindow::setLine(int firstColumn, const QString& name) {
@@ -91,7 +92,7 @@ void ChartWindow::setLine(int firstColumn, const QString& name) {
   m_chart->setSeriesName(firstColumn, name, chart::PointName::SeriesAndRow);
 }
 
-void ChartWindow::layOut(const JobExtent& extent) {
+void ChartWindow::layOut() {
   if (kind() < 0 || kind() >= static_cast<int>(kTexts.size()))
     throw base::InternalError(base::kImpossibleCase, "kind of a chart: " + base::plainText(kind()));
   const Texts& texts = kTexts[static_cast<std::size_t>(kind())];
@@ -101,6 +102,8 @@ void ChartWindow::layOut(const JobExtent& extent) {
   m_chart->setAxisTitle(chart::kAxisX, texts.xTitle);
   m_chart->setAxisTitle(chart::kAxisY, texts.yTitle);
   const int mark = m_chart->markHeight();
+  static const model::ObjectTables kNone;
+  const model::ObjectTables& job = m_run ? m_run->job() : kNone;
 
   switch (chartKind()) {
     case ChartKind::FigureBeam:
@@ -129,7 +132,7 @@ void ChartWindow::layOut(const JobExtent& extent) {
       return;
     case ChartKind::Stress:
     case ChartKind::Strain: {
-      const std::size_t rows = std::max({extent.Solids, extent.Bars, extent.Tendons});
+      const std::size_t rows = std::max({job.Solids.size(), job.Bars.size(), job.Tendons.size()});
       m_chart->setRowCount(static_cast<int>(rows));
       m_chart->setColumnCount(6);
       setLine(kSolidColumn, "Solid");
@@ -142,7 +145,7 @@ void ChartWindow::layOut(const JobExtent& extent) {
     case ChartKind::Moment:
     case ChartKind::Curvature:
     case ChartKind::Displacement:
-      m_chart->setRowCount(std::max(extent.HalfSpanFiberNumber, 0));
+      m_chart->setRowCount(job.Beams.empty() ? 0 : std::max<int>(job.Beams.front().HalfSpanFiberNumber, 0));
       m_chart->setColumnCount(2);
       setLine(1, "Piece");
       return;
@@ -176,6 +179,7 @@ QList<QAction*> ChartWindow::ownActions() {
 }
 
 void ChartWindow::copy() {
+  catchUp();
   QGuiApplication::clipboard()->setImage(m_chart->picture());
 }
 
@@ -183,89 +187,108 @@ void ChartWindow::unload() {
   shell().changeSettings([this](base::ProfileFile& settings) { saveLayout(settings); });
 }
 
-void ChartWindow::require(bool isKind) const {
-  if (!isKind)
-    throw base::InternalError(base::kImpossibleCase, "feed of a chart of kind " + base::plainText(kind()));
+// ---- Following the run
+
+void ChartWindow::showEvent(QShowEvent* event) {
+  ChildWindow::showEvent(event);
+  catchUp();
 }
 
-void ChartWindow::setObjectPair(int firstColumn, const analysis::SectionState::Rows& rows,
+void ChartWindow::catchUp() {
+  if (!m_run) return;
+  switch (chartKind()) {
+    case ChartKind::MomentCurvature:
+    case ChartKind::LoadDisplacement:
+      appendSteps(*m_run);
+      return;
+    case ChartKind::Stress:
+    case ChartKind::Strain:
+      showRows();
+      return;
+    case ChartKind::Moment:
+    case ChartKind::Curvature:
+    case ChartKind::Displacement:
+      showPieces();
+      return;
+    default:
+      throw base::InternalError(base::kImpossibleCase, "run of a chart of kind " + base::plainText(kind()));
+  }
+}
+
+void ChartWindow::drawSteps(const run::Run& run) {
+  if (chartKind() != ChartKind::MomentCurvature && chartKind() != ChartKind::LoadDisplacement)
+    throw base::InternalError(base::kImpossibleCase, "steps of a chart of kind " + base::plainText(kind()));
+  m_chart->setRowCount(0);
+  m_chart->setRowCount(1);
+  m_steps = 0;
+  appendSteps(run);
+  // Of a job whose result file failed: a row that the table has and that became no step.
+  const auto& row = run.rowAtWork();
+  if (!row || !row->isWhole) return;
+  const std::vector<double>& cells = row->cells;
+  if (chartKind() == ChartKind::MomentCurvature)
+    m_chart->appendPoint(cells[run::kCurvature] / kMicro, cells[run::kMoment] / kThousand);
+  else
+    m_chart->appendPoint(cells[run::kDisplacement], cells[run::kLoad] / kThousand);
+}
+
+void ChartWindow::appendSteps(const run::Run& run) {
+  const bool isMoment = chartKind() == ChartKind::MomentCurvature;
+  for (; m_steps < run.steps(); ++m_steps) {
+    const run::Step step = run.step(m_steps);
+    if (isMoment)
+      m_chart->appendPoint(step.Curvature / kMicro, step.Moment / kThousand);
+    else
+      m_chart->appendPoint(step.Displacement, step.Load / kThousand);
+  }
+}
+
+void ChartWindow::setObjectPair(int firstColumn, const std::vector<double>& values, const auto& objects,
                                 double (*xOf)(double)) {
-  const std::vector<double>& values =
-      chartKind() == ChartKind::Stress ? rows.CurrentStress : rows.CurrentStrain;
-  m_x.resize(rows.size());
-  m_y.resize(rows.size());
-  std::transform(values.begin(), values.end(), m_x.begin(), xOf);
-  std::transform(rows.Depth.begin(), rows.Depth.end(), m_y.begin(), std::negate<>());
-  m_chart->setPair(firstColumn, m_x, m_y);
+  std::vector<double> x(values.size());
+  std::vector<double> y(values.size());
+  std::transform(values.begin(), values.end(), x.begin(), xOf);
+  std::transform(objects.begin(), objects.end(), y.begin(), [](const auto& object) { return -object.Depth; });
+  m_chart->setPair(firstColumn, x, y);
 }
 
-void ChartWindow::currentValues(const analysis::SectionState& state) {
-  const bool isStress = chartKind() == ChartKind::Stress;
-  require(isStress || chartKind() == ChartKind::Strain);
+void ChartWindow::showRows() {
+  if (m_rowsAt == m_run->presentVersion()) return;
+  m_rowsAt = m_run->presentVersion();
+  const section::State* present = m_run->present();
+  if (!present) return;
+  const model::ObjectTables& job = m_run->job();
   // Compression is positive on the chart, of all three.
-  if (isStress) {
-    setObjectPair(kSolidColumn, state.solids(), [](double stress) { return stress; });
-    setObjectPair(kBarColumn, state.bars(), [](double stress) { return -stress / kTenfold; });
-    setObjectPair(kTendonColumn, state.tendons(), [](double stress) { return -stress / kTenfold; });
+  if (chartKind() == ChartKind::Stress) {
+    setObjectPair(kSolidColumn, present->solids.stress, job.Solids, [](double stress) { return stress; });
+    setObjectPair(kBarColumn, present->bars.stress, job.Bars,
+                  [](double stress) { return -stress / kTenfold; });
+    setObjectPair(kTendonColumn, present->tendons.stress, job.Tendons,
+                  [](double stress) { return -stress / kTenfold; });
   } else {
-    setObjectPair(kSolidColumn, state.solids(), [](double strain) { return strain * kPercent; });
-    setObjectPair(kBarColumn, state.bars(), [](double strain) { return -strain * kPercent; });
-    setObjectPair(kTendonColumn, state.tendons(),
+    setObjectPair(kSolidColumn, present->solids.strain, job.Solids,
+                  [](double strain) { return strain * kPercent; });
+    setObjectPair(kBarColumn, present->bars.strain, job.Bars,
+                  [](double strain) { return -strain * kPercent; });
+    setObjectPair(kTendonColumn, present->tendons.strain, job.Tendons,
                   [](double strain) { return -strain * kPercent / kTenfold; });
   }
 }
 
-void ChartWindow::loadStep(const analysis::LoadStep& step) {
-  switch (chartKind()) {
-    case ChartKind::MomentCurvature:
-      appendMomentCurvature(step.Moment, step.Curvature);
-      return;
-    case ChartKind::LoadDisplacement:
-      appendLoadDisplacement(step.beam.Load(), step.beam.Displacement());
-      return;
-    default:
-      break;
-  }
-  std::vector<double> place(step.beam.pieceCount());
-  for (std::size_t i = 0; i < place.size(); ++i) place[i] = step.beam.place(i);
-  if (chartKind() == ChartKind::Moment)
-    setPieces(place, step.beam.pieceMoments());
-  else if (chartKind() == ChartKind::Curvature)
-    setPieces(place, step.beam.pieceCurvatures());
-  else
-    setPieces(place, step.beam.Deflection());
-}
-
-void ChartWindow::appendMomentCurvature(double Moment, double Curvature) {
-  require(chartKind() == ChartKind::MomentCurvature);
-  m_chart->appendPoint(Curvature / kMicro, Moment / kThousand);
-}
-
-void ChartWindow::appendLoadDisplacement(double Load, double Displacement) {
-  require(chartKind() == ChartKind::LoadDisplacement);
-  m_chart->appendPoint(Displacement, Load / kThousand);
-}
-
-void ChartWindow::setPieces(std::span<const double> place, std::span<const double> values) {
-  double divisor = 1;
-  switch (chartKind()) {
-    case ChartKind::Moment:
-      divisor = kThousand;
-      break;
-    case ChartKind::Curvature:
-      divisor = kMicro;
-      break;
-    case ChartKind::Displacement:
-      break;
-    default:
-      require(false);
-  }
+void ChartWindow::showPieces() {
+  if (m_steps == m_run->steps()) return;
+  m_steps = m_run->steps();
+  const run::BeamLines& beam = m_run->beam(m_steps - 1);
+  const bool isMoment = chartKind() == ChartKind::Moment;
+  const bool isCurvature = chartKind() == ChartKind::Curvature;
+  const std::vector<double>& values = isMoment ? beam.Moment : isCurvature ? beam.Curvature : beam.Deflection;
+  const double divisor = isMoment ? kThousand : isCurvature ? kMicro : 1;
   // The rule negates the number of the text of 15 digits. Its text is that of the negated value itself:
   // either way the same 15 digits remain.
-  m_y.resize(values.size());
-  std::transform(values.begin(), values.end(), m_y.begin(),
+  std::vector<double> y(values.size());
+  std::transform(values.begin(), values.end(), y.begin(),
                  [divisor](double value) { return -(value / divisor); });
-  m_chart->setPair(1, place, m_y);
+  m_chart->setPair(1, beam.place, y);
 }
 
 void ChartWindow::savePicture() {
@@ -278,6 +301,7 @@ void ChartWindow::savePicture() {
 }
 
 void ChartWindow::writePicture(const QString& path) {
+  catchUp();
   const QString lower = path.toLower();
   const auto write = [this](const QString& name, const QByteArray& content) {
     try {

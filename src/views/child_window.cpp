@@ -93,7 +93,7 @@ void ChildWindow::showButtons() {
 
 void ChildWindow::load() {
   restoreLayout(m_shell.readSettings());
-  if (m_shell.runState() == analysis::RunState::Running) setClosable(false);
+  if (m_shell.jobState() == job::JobState::Running) setClosable(false);
 }
 
 bool ChildWindow::closeNow() {

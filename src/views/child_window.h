@@ -59,6 +59,9 @@ class ChildWindow : public QWidget {
   virtual void undo() {}
   virtual void redo() {}
 
+  /// Of a window over a run: shows all that the run has by now, whether or not anybody can see it.
+  virtual void catchUp() {}
+
   /// A command of the frame is about to run: what is being typed is taken over.
   virtual void finishEditing() {}
   /// Before every closing: puts what was edited where it belongs.

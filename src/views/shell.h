@@ -5,8 +5,8 @@
 #include <QString>
 #include <functional>
 
-#include "analysis/run_state.h"
 #include "base/profile.h"
+#include "job/steering.h"
 
 namespace torvik::views {
 
@@ -17,7 +17,7 @@ class Shell {
  public:
   virtual ~Shell() = default;
 
-  [[nodiscard]] virtual analysis::RunState runState() const = 0;
+  [[nodiscard]] virtual job::JobState jobState() const = 0;
 
   /// The settings file, read whole. @throws InputError where it can not be read
   [[nodiscard]] virtual base::ProfileFile readSettings() const = 0;

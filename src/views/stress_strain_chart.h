@@ -5,7 +5,6 @@
 #include "materials/stress_strain.h"
 #include "model/objects.h"
 #include "views/chart_window.h"
-#include "views/result_table.h"
 
 /// Charts that are drawn on command, without a job.
 namespace torvik::views {
@@ -14,11 +13,8 @@ namespace torvik::views {
 /// over the range of the settings, with the point of the row's `WatchStrain`. What the chart held goes first,
 /// so that nothing of another row stays where the row at hand fails.
 /// @param oneRow  the row of a grid, alone in the table of its kind: solid, bar or tendon
-/// @throws as `analysis::stressStrainCurve`; NumericFault TypeMismatch of a `WatchStrain` that is no number
+/// @throws as `materials::stressStrainCurve`; NumericFault TypeMismatch of a `WatchStrain` that is no number
 void drawStressStrainCurve(ChartWindow& window, model::ObjectKind kind, const model::ObjectTables& oneRow,
                            const base::ProfileFile& settings, materials::StressStrainContext& context);
-
-/// Points of a window of kind MomentCurvature or LoadDisplacement from the cells of a solver table.
-void redraw(ChartWindow& window, ResultTable& solver);
 
 }  // namespace torvik::views

@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "base/errors.h"
 #include "base/files.h"
@@ -24,9 +25,9 @@ constexpr int kRowsAtFirst = 10;
 constexpr int kWidestAtFirst = 720;
 }  // namespace
 
-TableWindow::TableWindow(Shell& shell, TableKind kind, const model::ObjectTables& job)
+TableWindow::TableWindow(Shell& shell, TableKind kind, std::shared_ptr<const run::Run> run)
     : ChildWindow(shell, QStringLiteral("frmTable"), static_cast<int>(kind)),
-      m_table(new ResultTable(kind, job, this)),
+      m_table(new ResultTable(kind, std::move(run), this)),
       m_view(new widgets::TableView(this)),
       m_saveTableAs(new QAction(QStringLiteral("Sa&ve Table As..."), this)),
       m_fitColumns(new QAction(QStringLiteral("&Fit Column Widths"), this)) {
@@ -65,12 +66,12 @@ QList<QAction*> TableWindow::ownActions() {
 }
 
 void TableWindow::copy() {
-  m_table->flushNow();
+  m_table->follow();
   m_view->copySelection();
 }
 
 void TableWindow::selectAll() {
-  m_table->flushNow();
+  m_table->follow();
   m_view->selectAll();
 }
 
@@ -79,7 +80,7 @@ void TableWindow::originalColumnWidth() {
 }
 
 void TableWindow::fitAllColumns() {
-  m_table->flushNow();
+  m_table->follow();
   m_view->fitColumns(0, m_table->columnCount());
 }
 
@@ -125,12 +126,7 @@ QSize TableWindow::sizeHint() const {
 
 void TableWindow::showEvent(QShowEvent* event) {
   ChildWindow::showEvent(event);
-  m_table->setShown(true);
-}
-
-void TableWindow::hideEvent(QHideEvent* event) {
-  ChildWindow::hideEvent(event);
-  m_table->setShown(false);
+  m_table->follow();
 }
 
 void TableWindow::contextMenuEvent(QContextMenuEvent* event) {

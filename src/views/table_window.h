@@ -16,11 +16,10 @@ class TableWindow : public ChildWindow {
 
  public:
   /// Reads its column widths from the settings file.
-  /// @param job  the job's tables; not kept
+  /// @param run  what it shows, as `catchUp` is called; a window that was hidden does so when it is shown
   /// @throws InternalError 51 for a kind outside the five; InputError as `Shell::readSettings`
-  TableWindow(Shell& shell, TableKind kind, const model::ObjectTables& job);
+  TableWindow(Shell& shell, TableKind kind, std::shared_ptr<const run::Run> run);
 
-  /// What a job writes into.
   [[nodiscard]] ResultTable& table() { return *m_table; }
   [[nodiscard]] widgets::TableView& view() { return *m_view; }
 
@@ -29,6 +28,7 @@ class TableWindow : public ChildWindow {
   void copy() override;
   void selectAll() override;
   void originalColumnWidth() override;
+  void catchUp() override { m_table->follow(); }
   void unload() override;
 
   /// Asks for a file and writes the whole table to it, as it is when the file is chosen: separated by commas,
@@ -40,7 +40,6 @@ class TableWindow : public ChildWindow {
 
  protected:
   void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:

@@ -16,7 +16,7 @@
 namespace torvik::app {
 namespace {
 
-using analysis::RunState;
+using job::JobState;
 
 /// The real boxes where they stop nothing; those that would are answered and written down.
 class BoxesOnScreen : public ScreenDialogs {
@@ -68,7 +68,7 @@ TEST_F(Boxes, AJobComesToItsEndBehindThem) {
   onlyWindows({"TableSolver", "ChartMoment"});
   openWith(smallBeam());
   trigger("mnuFileJob0");
-  const int allSteps = steps;
+  const int allSteps = program.run->steps();
   const QStringList allMessages = log;
   const struct {
     const char* caption;
@@ -83,7 +83,6 @@ TEST_F(Boxes, AJobComesToItsEndBehindThem) {
   };
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.caption);
-    steps = 0;
     log.clear();
     stepBox().setEditText("Small");
     atStep(3, [&] {
@@ -93,9 +92,9 @@ TEST_F(Boxes, AJobComesToItsEndBehindThem) {
       EXPECT_EQ(box()->windowModality(), Qt::WindowModal) << "the guide can be read beside it";
     });
     trigger("mnuFileJob0");
-    EXPECT_EQ(steps, allSteps);
+    EXPECT_EQ(program.run->steps(), allSteps);
     EXPECT_EQ(log, allMessages);
-    EXPECT_EQ(state(), RunState::Over);
+    EXPECT_EQ(state(), JobState::Over);
     ASSERT_TRUE(box());
     EXPECT_EQ(boxesOpen(), 1);
     box()->close();
@@ -160,13 +159,11 @@ TEST_F(Boxes, DoNothingForAWindowThatIsGone) {
   openWith(smallBeam());
   bool second = false;
   atStep(3, [&] { triggerOf("Table - Solver", "mnuTableSaveAs"); });
-  const auto first = onStep;
-  onStep = [&, first](int done) {
-    if (program.document.currentFile != path("b.inp")) return first(done);
-    if (std::exchange(second, true)) return;
-    later([&] { chooseFile("a.csv"); });
-    QThread::msleep(15);
-  };
+  inEachJob([&] {
+    if (program.document.currentFile != path("b.inp")) return;
+    second = true;
+    chooseFile("a.csv");
+  });
   window->takeCommandLine({path("a.inp"), path("b.inp")});
   EXPECT_TRUE(second);
   EXPECT_FALSE(base::isFile(path("a.csv")));
@@ -183,7 +180,7 @@ TEST_F(Boxes, NoSecondOneComesBeforeTheFirstHasTheKeyboard) {
   trigger("mnuHelpAbout");
   EXPECT_EQ(boxesOpen(), 1);
   EXPECT_EQ(box()->windowTitle(), "Print");
-  EXPECT_EQ(state(), RunState::Over);
+  EXPECT_EQ(state(), JobState::Over);
   box()->close();
   QTest::keyClick(window.get(), Qt::Key_P, Qt::ControlModifier);
   EXPECT_EQ(boxesOpen(), 1);

@@ -9,7 +9,7 @@
 namespace torvik::app {
 namespace {
 
-using analysis::RunState;
+using job::JobState;
 
 class Commands : public WindowTest {};
 
@@ -36,26 +36,24 @@ TEST_F(Commands, EveryWayIntoAPauseShowsItAndLeadsOutAgain) {
     int looks = 0;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, [&] {
-      looks = state() == RunState::Paused ? looks + 1 : 0;
+      looks = state() == JobState::Paused ? looks + 1 : 0;
       if (looks < 3) return;  // the job has come to its waiting
       looks = 0;
       if (++pauses > 1) return trigger("mnuFileJob2");
       EXPECT_EQ(window->panels().panel("Status"), "Pause");
       EXPECT_TRUE(action("Toolbar1_Pause").isChecked());
       EXPECT_EQ(action("mnuFileJob1").isChecked(), row.menuChecked);
-      table("Table - Solver").flushNow();
       const std::string file = content("a.inp.txt");
       EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 1 + solverRows()) << "the file is up to date";
       area().setFocus(Qt::OtherFocusReason);
       trigger("Toolbar1_Pause");
-      EXPECT_EQ(state(), RunState::Running);
+      EXPECT_EQ(state(), JobState::Running);
     });
     look.start(1);
-    if (row.pause) atStep(steps + 4, row.pause);
+    if (row.pause) atStep(4, row.pause);
     trigger("mnuFileJob0");
     EXPECT_EQ(pauses, row.pauses);
-    EXPECT_EQ(state(), RunState::Over);
-    onStep = {};
+    EXPECT_EQ(state(), JobState::Over);
   }
 }
 
@@ -65,10 +63,7 @@ TEST_F(Commands, OpenRunsSeveralFilesFromTheLastToTheFirst) {
     dialogs.filesToOpen.append(QString::fromStdString(model(name, smallBeam())));
   open();
   QStringList order;
-  onStep = [&](int) {
-    const QString name = window->windowTitle().section('/', -1);
-    if (order.isEmpty() || order.last() != name) order.append(name);
-  };
+  inEachJob([&] { order.append(window->windowTitle().section('/', -1)); });
   trigger("mnuFileManage1");
   EXPECT_EQ(order, QStringList({"c.inp", "b.inp", "a.inp"}));
   EXPECT_EQ(log.filter("box:"), QStringList());

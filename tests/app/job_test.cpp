@@ -2,12 +2,10 @@
 #include <QLineEdit>
 #include <regex>
 
-#include "analysis/job.h"
-#include "analysis/log_file.h"
-#include "analysis/recording_host.h"
-#include "analysis/result_file.h"
 #include "app/window_fixture.h"
 #include "base/number_text.h"
+#include "job/job.h"
+#include "run/result_file.h"
 
 namespace torvik::app {
 namespace {
@@ -15,31 +13,32 @@ namespace {
 using base::plainText;
 
 /// What a job without a window gives, in the texts that windows and files show.
-struct Headless : public analysis::Sink {
+struct Headless {
   std::string solver;  ///< the solver table, tab between
   std::string message;
   std::string file;
 
   Headless(const model::ObjectTables& edited, const std::string& resultPath, const std::string& step) {
-    model::ObjectTables job = model::BuildJobTables(edited).tables;
-    const std::vector<std::string> headings = analysis::resultHeadings(job);
-    solver = "Output";
-    for (const std::string& heading : headings) solver += "\t" + heading;
-    solver += "\r\n";
-    analysis::ResultFile resultFile(resultPath, headings, analysis::ResultFile::Existing::Replace);
-    analysis::RecordingHost host;
-    host.step = step;
-    std::vector<analysis::Sink*> sinks = {this, &resultFile};
+    run::Run run(model::BuildJobTables(edited).tables, {});
+    run::ResultFile resultFile(resultPath, run::resultHeadings(run.job()),
+                               run::ResultFile::Existing::Replace);
+    run::RowReader* const readers[] = {&resultFile};
+    run::RunWriter writer(run, readers);
+    job::UnattendedHost host(step);
     materials::StressStrainContext context;
-    const auto options = analysis::JobOptions::read(base::ProfileFile("none"));
-    message = analysis::runJob(job, options, host.control, host, sinks, context).message;
+    message = job::runJob(job::JobOptions::read(base::ProfileFile("none")), host, writer, context).message;
     resultFile.close();
     file = base::readWholeFile(resultPath);
+    solver = "Output";
+    for (const run::Column& column : run.columns()) solver += "\t" + column.heading;
+    solver += "\r\n";
+    for (int row = 0; row < run.steps(); ++row) {
+      solver += plainText(row + 1);
+      for (std::size_t column = 0; column < run.columns().size(); ++column)
+        solver += "\t" + plainText(run.cell(row, column));
+      solver += "\r\n";
+    }
   }
-
-  void beginRow(int Step) override { solver += plainText(Step + 1); }
-  void cell(int, double value) override { solver += "\t" + plainText(value); }
-  void endRow() override { solver += "\r\n"; }
 };
 
 class Job : public WindowTest {
@@ -80,7 +79,7 @@ TEST_F(Job, AsksBeforeItReplacesAResultFile) {
   trigger("mnuFileJob0");
   EXPECT_EQ(log, QStringList{question}) << "no sound";
   EXPECT_EQ(content("a.inp.txt"), "old");
-  EXPECT_EQ(state(), analysis::RunState::Over);
+  EXPECT_EQ(state(), job::JobState::Over);
   log.clear();
   dialogs.yes = true;
   trigger("mnuFileJob0");
@@ -96,7 +95,7 @@ TEST_F(Job, EndsDuringAPauseAndWhileRunningWithTheRowsDoneSoFar) {
   for (const bool paused : {false, true}) {
     SCOPED_TRACE(paused ? "paused" : "running");
     log.clear();
-    atStep(steps + 7, [&] {
+    atStep(7, [&] {
       if (!paused) return trigger("mnuFileJob2");
       trigger("mnuFileJob1");
       later([this] { trigger("mnuFileJob2"); });
@@ -143,6 +142,9 @@ TEST_F(Job, RunsABatchWithALogInPlaceOfBoxes) {
   EXPECT_EQ(log.filter("box:"), QStringList({"box: Option \"x\" ignored.",
                                              "box: Can't open " + QString::fromStdString(path("d.inp"))}))
       << "a missing file ends the list";
+  EXPECT_EQ(window->panels().panel("Beam Bottom"), "5.0000E+02");
+  EXPECT_EQ(window->panels().panel("Mu").toStdString(), base::scientificText(*program.run->peakMoment()));
+  EXPECT_GT(window->panels().panel("Count").toInt(), 0);
   EXPECT_EQ(content("a.inp.txt"), first.file);
   EXPECT_EQ(content("b.inp.txt"), first.file.substr(0, first.file.find('\n') + 1)) << "the headings alone";
   EXPECT_EQ(content("c.inp.txt"), last.file);

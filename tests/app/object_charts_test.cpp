@@ -48,7 +48,7 @@ TEST_F(ObjectCharts, TheSolverTableBringsItsChartsBack) {
   // In the middle of a job that does not feed them they show the rows so far, and no more.
   onlyWindows({"TableSolver"});
   int rows = 0;
-  atStep(steps + 5, [&] {
+  atStep(5, [&] {
     rebuild();
     rows = chart("Chart - Moment-Curvature").RowCount();
   });
@@ -59,7 +59,7 @@ TEST_F(ObjectCharts, TheSolverTableBringsItsChartsBack) {
 
 TEST_F(ObjectCharts, FiguresShowTheRowsInUse) {
   model::ObjectTables tables = smallBeam();
-  tables.Solids = {analysis::solidOf(300, 100, 150), analysis::solidOf(300, 100, 900)};
+  tables.Solids = {tests::solidOf(300, 100, 150), tests::solidOf(300, 100, 900)};
   tables.Solids[1].Use = 0;
   openWith(tables);
   const auto draw = [this] {
@@ -80,7 +80,7 @@ TEST_F(ObjectCharts, CurvesOfRowsSayWhatIsMissingAndAskWhatTheyNeed) {
   open();
   JobControl job(*window);
   model::ObjectTables row;
-  row.Solids = {analysis::solidOf(1, 1, 0)};
+  row.Solids = {tests::solidOf(1, 1, 0)};
   const auto show = [&] { showStressStrainCurve(*window, job, model::ObjectKind::Solid, row); };
   const struct {
     const char* type;

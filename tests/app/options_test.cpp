@@ -26,14 +26,14 @@ TEST_F(OptionsInTheWindow, ADoubleClickOnAChartOpensItsAxesWhileTheJobGoesOn) {
     auto& chart = child<views::ChartWindow>("Chart - Moment");
     window->activate(&chart);
     QTest::mouseDClick(&chart.chart(), Qt::LeftButton);
-    openedAt = steps;
+    openedAt = program.run->steps();
     ASSERT_TRUE(dialog());
     EXPECT_TRUE(dialog()->findChild<QWidget*>("Text32_0")->isVisible());
     dialog()->findChild<QLineEdit*>("Text32_0")->setText("12345");
     trigger("mnuToolOption");  // there is one
   });
   trigger("mnuFileJob0");
-  EXPECT_GT(steps, openedAt);
+  EXPECT_GT(program.run->steps(), openedAt);
   ASSERT_TRUE(dialog());
   click("Command1_0");
   QTest::qWait(1);

@@ -4,7 +4,7 @@
 namespace torvik::app {
 namespace {
 
-using analysis::RunState;
+using job::JobState;
 
 class Robustness : public WindowTest {
  protected:
@@ -16,7 +16,7 @@ class Robustness : public WindowTest {
     trigger("mnuFileJob0");
     EXPECT_EQ(log.filter("box:").size(), 1) << log.join("; ").toStdString();
     EXPECT_GT(solverRows(), 20);
-    EXPECT_EQ(state(), RunState::Over);
+    EXPECT_EQ(state(), JobState::Over);
   }
 };
 
@@ -26,11 +26,11 @@ TEST_F(Robustness, TheWindowClosesBehindAJob) {
   const auto exit = [&] {
     dialogs.yes = false;
     trigger("mnuFileExit");
-    EXPECT_EQ(state(), RunState::Paused);
+    EXPECT_EQ(state(), JobState::Paused);
     dialogs.yes = true;
     trigger("mnuFileExit");
     EXPECT_TRUE(window->isVisible()) << "the solver still stands on the stack";
-    EXPECT_EQ(state(), RunState::Over);
+    EXPECT_EQ(state(), JobState::Over);
   };
   atStep(4, [&] {
     trigger("mnuFileJob1");

@@ -8,7 +8,6 @@
 #include <QComboBox>
 #include <QMdiArea>
 #include <QStringList>
-#include <QThread>
 #include <QTimer>
 #include <QtTest/QtTest>
 #include <functional>
@@ -16,12 +15,12 @@
 #include <ostream>
 #include <string>
 
-#include "analysis/models.h"
 #include "app/main_window.h"
 #include "base/files.h"
 #include "base/profile.h"
 #include "base/temporary_folder.h"
 #include "model/input_file.h"
+#include "model/models.h"
 #include "views/table_window.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) {
@@ -84,18 +83,14 @@ class WindowTest : public ::testing::Test {
     program.settingsFile = folder / "torvik.ini";
     program.dialogs = &dialogs;
     program.sounds = &sounds;
+    program.pace = {0, 0};  // the window has its turn at every yield
     sounds.onPlay = [this](const QString& file) {
-      if (file == "start.wav") {
-        ++steps;
-        if (onStep) onStep(steps);
-      } else if (file == "chimes.wav" || file == "ding.wav") {
-        log.append("sound: " + file);
-      }
+      if (file != "start.wav") log.append("sound: " + file);
     };
     // A job that never comes back would hang the suite.
     QObject::connect(&m_watchdog, &QTimer::timeout, [this] {
       ADD_FAILURE() << "the job hangs";
-      program.run.state = analysis::RunState::Over;
+      program.steering.state = job::JobState::Over;
       if (QWidget* box = QApplication::activeModalWidget()) box->close();
     });
     m_watchdog.start(20000);
@@ -132,11 +127,11 @@ class WindowTest : public ::testing::Test {
   /// A beam that is done in a moment, with a row of every kind. One solid, both bars and the tendon are put
   /// out.
   static model::ObjectTables smallBeam() {
-    model::ObjectTables tables = analysis::rectangle(10);
+    model::ObjectTables tables = tests::rectangle(10);
     tables.Solids[0].Output = 1;
-    tables.Bars.push_back(analysis::barOf(2, 200, 50));
-    tables.Tendons.push_back(analysis::tendonOf(100, 400, "Post-tensioning"));
-    tables.AxialForces.push_back(analysis::axialOf(1000, 250));
+    tables.Bars.push_back(tests::barOf(2, 200, 50));
+    tables.Tendons.push_back(tests::tendonOf(100, 400, "Post-tensioning"));
+    tables.AxialForces.push_back(tests::axialOf(1000, 250));
     return tables;
   }
 
@@ -162,7 +157,7 @@ class WindowTest : public ::testing::Test {
   void trigger(const QString& name) { action(name).trigger(); }
   [[nodiscard]] QComboBox& stepBox() const { return *window->findChild<QComboBox*>("Combo1"); }
   [[nodiscard]] QMdiArea& area() const { return *window->findChild<QMdiArea*>("mdiArea"); }
-  [[nodiscard]] analysis::RunState state() const { return program.run.state; }
+  [[nodiscard]] job::JobState state() const { return program.steering.state; }
 
   /// Children in the order in which they were opened.
   [[nodiscard]] QStringList titles() const {
@@ -182,13 +177,28 @@ class WindowTest : public ::testing::Test {
   [[nodiscard]] int solverRows() const { return table("Table - Solver").rowCount() - 1; }
 
   // ---- the job
-  /// Runs `act` among the window's events at that converged step, as a user's click would.
+  /// Runs `act` among the window's events once the next job has done so many steps, as a user's click would.
   void atStep(int step, std::function<void()> act) {
-    onStep = [this, step, act = std::move(act)](int done) {
-      if (done != step) return;
-      later(act);
-      QThread::msleep(15);  // the window's turn comes round
-    };
+    auto* const clock = new QTimer(window.get());
+    QObject::connect(clock, &QTimer::timeout, [this, clock, step, act = std::move(act)] {
+      if (!program.run || program.run->end() || program.run->steps() < step) return;
+      clock->stop();
+      clock->deleteLater();
+      act();
+    });
+    clock->start(0);
+  }
+  /// The same in every job from now on, once each, behind its first step.
+  void inEachJob(std::function<void()> act) {
+    auto* const clock = new QTimer(window.get());
+    QObject::connect(clock, &QTimer::timeout,
+                     [this, act = std::move(act), last = run::Origin().begun]() mutable {
+                       if (!program.run || program.run->steps() == 0 || program.run->origin().begun == last)
+                         return;
+                       last = program.run->origin().begun;
+                       act();
+                     });
+    clock->start(0);
   }
   /// Runs `act` as soon as events are let run again.
   void later(const std::function<void()>& act) { QTimer::singleShot(0, window.get(), act); }
@@ -199,8 +209,6 @@ class WindowTest : public ::testing::Test {
   RecordingSounds sounds;
   Program program;
   std::unique_ptr<MainWindow> window;
-  int steps = 0;  ///< converged steps of all jobs so far
-  std::function<void(int)> onStep;
 
  private:
   QTimer m_watchdog;

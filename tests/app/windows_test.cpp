@@ -83,13 +83,11 @@ TEST_F(Windows, OfEarlierJobsAreGoneWhileABatchRuns) {
     EXPECT_EQ(window->findChildren<views::ChildWindow*>().size(), children);
     EXPECT_EQ(window->findChildren<QMdiSubWindow*>().size(), children);
   };
-  std::string file;
   int jobs = 0;
-  onStep = [&](int) {
-    if (std::exchange(file, program.document.currentFile) == program.document.currentFile) return;
+  inEachJob([&] {
     ++jobs;
     expectNoOthers(titles().size());
-  };
+  });
   // All jobs run within one event of the program's loop.
   QEventLoop loop;
   later([&] {
@@ -171,12 +169,7 @@ TEST_F(Windows, MayGoUnderWhatIsOpenOverThem) {
                                            EXPECT_FALSE(options && options->isVisible());
                                          }};
   std::size_t jobs = 0;
-  std::string file;
-  onStep = [&](int) {
-    if (std::exchange(file, program.document.currentFile) == program.document.currentFile) return;
-    later(kActs[jobs++]);
-    QThread::msleep(15);
-  };
+  inEachJob([&] { kActs[jobs++](); });
   window->takeCommandLine(files);
   EXPECT_EQ(jobs, 4u);
   EXPECT_EQ(titles().size(), 2);

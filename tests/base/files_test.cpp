@@ -8,6 +8,7 @@
 
 #include <csignal>
 
+#include "base/checksum.h"
 #include "message_of.h"
 #include "temporary_folder.h"
 
@@ -67,6 +68,14 @@ TEST(Files, FailureLeavesTheOldFileAndNothingElse) {
 
   ::chmod(old.c_str(), 0444);
   if (::geteuid() != 0) expect(old, "old: can not be written: Permission denied", CreateParents::No);
+}
+
+/// The first example of FIPS 180.
+TEST(Checksum, IsSha256OfTheBytesOfAFile) {
+  const tests::TemporaryFolder folder;
+  replaceWholeFile(folder / "a", "abc");
+  EXPECT_EQ(checksumOfFile(folder / "a"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+  EXPECT_EQ(checksumOfFile(folder / "b") + checksumOfFile(folder.path()), "");
 }
 
 }  // namespace torvik::base

@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/models.h"
 #include "base/files.h"
 #include "base/temporary_folder.h"
 #include "model/input_file.h"
+#include "model/models.h"
 
 namespace torvik::batch {
 
@@ -44,11 +44,11 @@ struct Ended {
 
 /// 300 x 500 in ten layers, three bars, a tendon and an axial force; ten pieces of the half span.
 inline model::ObjectTables smallModel() {
-  model::ObjectTables tables = analysis::rectangle(10);
-  tables.Beams[0] = analysis::beamOf(4000, 0, 10);
+  model::ObjectTables tables = tests::rectangle(10);
+  tables.Beams[0] = tests::beamOf(4000, 0, 10);
   for (auto& solid : tables.Solids) solid.FlexuralStrain = -0.000144;
-  tables.Tendons.push_back(analysis::tendonOf(140, 400, "Post-tensioning"));
-  tables.AxialForces.push_back(analysis::axialOf(50000, 250));
+  tables.Tendons.push_back(tests::tendonOf(140, 400, "Post-tensioning"));
+  tables.AxialForces.push_back(tests::axialOf(50000, 250));
   return tables;
 }
 

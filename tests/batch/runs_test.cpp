@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <regex>
 
-#include "analysis/job.h"
-#include "analysis/recording_host.h"
-#include "analysis/result_file.h"
 #include "base/number_text.h"
 #include "batch/program.h"
+#include "job/job_run.h"
+#include "run/result_file.h"
 
 namespace torvik::batch {
 
@@ -33,13 +32,15 @@ TEST_F(Program, WritesWhatTheEngineGives) {
   for (const auto& row : cases) {
     model::JobTables job = model::BuildJobTables(tables);
     const auto options = base::ProfileFile::ofText("[Option]\n" + row.settings, "settings");
-    analysis::RecordingHost host;
-    host.step = row.step;
-    materials::StressStrainContext context;
-    analysis::ResultFile file(path("engine.txt"), analysis::resultHeadings(job.tables),
-                              analysis::ResultFile::Existing::Replace);
-    analysis::Sink* const sinks[] = {&file};
-    analysis::runJob(job.tables, analysis::JobOptions::read(options), host.control, host, sinks, context);
+    tests::User user;
+    user.step = row.step;
+    materials::StressStrainContext laws;
+    run::ResultFile file(path("engine.txt"), run::resultHeadings(job.tables),
+                         run::ResultFile::Existing::Replace);
+    run::RowReader* const readers[] = {&file};
+    run::Run engine(job.tables, {});
+    run::RunWriter writer(engine, readers);
+    job::runJob(job::JobOptions::read(options), user, writer, laws);
     file.close();
     ended = run("torvik-batch m.inp --overwrite --state " + row.arguments);
     EXPECT_EQ(read("m.inp.txt"), read("engine.txt")) << row.settings << row.step;
@@ -83,15 +84,18 @@ TEST_F(Program, GivesTheSameBitsForExamplesSideBySide) {
 }
 
 TEST_F(Program, EndsJobsWithWholeRowsOnASignal) {
-  writeModel("long.inp", {}, analysis::rectangle(4000));
+  writeModel("long.inp", {}, tests::rectangle(4000));
   writeModel("next.inp");
-  for (const char* signal : {"INT", "TERM"}) {
-    const Ended ended = run(std::string("echo >long.inp.txt; end() { kill -") + signal + R"( $!; wait $!; }
-        torvik-batch --set CurvatureSmallRangeStep=1E-09 --overwrite --jobs 1 --state long.inp next.inp &
-        until [ $(wc -c <long.inp.txt) -gt 2000 ]; do sleep 0.01; done; end)");
+  // The result file is a pipe: its reader ends the job behind the first bytes, and takes the rest.
+  for (const std::string signal : {"INT", "TERM"}) {
+    const Ended ended = run(
+        "rm -f long.inp.txt; mkfifo long.inp.txt\n"
+        "torvik-batch --set CurvatureSmallRangeStep=1E-09 --overwrite --jobs 1 --state long.inp next.inp &\n"
+        "{ head -c 2000 >rows; kill -" +
+        signal + " $!; cat >>rows; } <long.inp.txt; wait $!");
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.message("long.inp") + ended.message("next.inp"), "Ended by the user.Not started.");
-    const int rows = wholeRows("long.inp.txt");
+    const int rows = wholeRows("rows");
     EXPECT_EQ(ended.rows("long.inp"), std::to_string(rows));
     EXPECT_TRUE(0 < rows && rows < 19000) << rows << ": the job was over before the signal";
     EXPECT_EQ(split(read("long.inp.state.txt"), "\n").size(), 1U + 4000 + 1);

@@ -28,7 +28,7 @@ inline void expectOneLine(std::string_view message) {
 void inputFile(std::string_view bytes);
 /// Numbers separated by blanks, then "#" and a user stress-strain file, then perhaps "#" and another.
 void userCurve(std::string_view bytes);
-/// A small model with its options and its user's interruptions, one byte a choice.
+/// A small job with its user, drawn from the bytes.
 void job(std::string_view bytes);
 
 }  // namespace torvik::fuzz

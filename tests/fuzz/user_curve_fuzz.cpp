@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <limits>
@@ -14,6 +11,7 @@
 
 #include "base/fault.h"
 #include "base/number_text.h"
+#include "base/temporary_folder.h"
 #include "fuzz/fuzz_targets.h"
 #include "materials/user_curve.h"
 
@@ -21,33 +19,9 @@ namespace torvik::fuzz {
 
 namespace {
 
+using materials::CurvePlace;
 using materials::CurveRecords;
-using materials::UserCurveCache;
-
-/// Two files of the process, overwritten at each run and removed at its end.
-class Files {
- public:
-  Files() {
-    std::string name = (std::filesystem::temp_directory_path() / "torvik-fuzz-XXXXXX").string();
-    expect(::mkdtemp(name.data()) != nullptr, "there is a temporary folder");
-    m_folder = name;
-  }
-  ~Files() {
-    std::error_code error;
-    std::filesystem::remove_all(m_folder, error);
-  }
-  Files(const Files&) = delete;
-  Files& operator=(const Files&) = delete;
-
-  std::string write(const char* name, std::string_view text) const {
-    const std::string path = (m_folder / name).string();
-    std::ofstream(path, std::ios::binary).write(text.data(), static_cast<std::streamsize>(text.size()));
-    return path;
-  }
-
- private:
-  std::filesystem::path m_folder;
-};
+using materials::UserCurves;
 
 std::vector<double> numbersOf(std::string_view text) {
   std::vector<double> numbers;
@@ -105,25 +79,28 @@ void expectOnCurve(double stress, double strain, const CurveRecords& curve) {
 }  // namespace
 
 void userCurve(std::string_view bytes) {
-  static const Files files;
+  static const tests::TemporaryFolder folder;
   const std::vector<double> strains = numbersOf(takePart(bytes));
   const std::string_view texts[] = {takePart(bytes), bytes};
   const CurveRecords curves[] = {checkedCurve(texts[0]), checkedCurve(texts[1])};
-  const std::string names[] = {files.write("a.txt", texts[0]), files.write("b.txt", texts[1])};
+  const std::string names[] = {folder / "a.txt", folder / "b.txt"};
+  for (std::size_t i = 0; i < 2; ++i) std::ofstream(names[i], std::ios::binary) << texts[i];
 
   int reports = 0;
-  const UserCurveCache::Report report = [&](const std::string& caption, const std::string& text) {
+  const UserCurves::Report report = [&](const std::string& caption, const std::string& text) {
     expect(caption.ends_with(" fncSSBarFile"), "the caption names the function");
     expectOneLine(text);
     ++reports;
   };
-  UserCurveCache wandering("fncSSBarFile");  // goes to and fro on the first file
-  UserCurveCache shared("fncSSBarFile");     // changes its file at every call
+  UserCurves one("fncSSBarFile");
+  UserCurves two("fncSSBarFile");
+  CurvePlace wandering;  // goes to and fro on the first file
+  CurvePlace shared;     // changes its file at every call
   const bool regular = curves[0].failure.empty() && curves[0].PointCount > 0 && isRising(curves[0]);
   for (std::size_t i = 0; i < strains.size(); ++i) {
     base::fpflags::clear();
     try {
-      const double stress = wandering.stress(strains[i], names[0], report);
+      const double stress = one.stress(strains[i], one.numberOf(names[0]), wandering, report);
       // What overflows on the way raises the flags.
       expect(std::isfinite(stress) || base::fpflags::raised(), "a stress is finite");
       if (regular && std::isfinite(stress)) expectOnCurve(stress, strains[i], curves[0]);
@@ -132,8 +109,8 @@ void userCurve(std::string_view bytes) {
       expect(!regular || fault.kind() == base::NumericFault::Kind::Overflow, "a rising curve has no fault");
     }
     try {
-      shared.stress(strains[i], names[i % 2], report);
-      if (i % 5 == 4) shared.startJob();
+      two.stress(strains[i], two.numberOf(names[i % 2]), shared, report);
+      if (i % 5 == 4) two.startJob(shared);
     } catch (const base::NumericFault& fault) {
       expectOneLine(fault.what());
     }

@@ -10,16 +10,18 @@ declare -A allowed=(
   [base]=""
   [model]="base"
   [materials]="base model"
-  [analysis]="base model materials"
+  [section]="base model materials"
+  [run]="base model materials section"
+  [job]="base model materials section run"
   [chart]="base"
   [widgets]="base"
-  [views]="base model materials analysis chart widgets"
+  [views]="base model materials run job chart widgets"
   [grid]="base model materials"
   [wizard]="base model"
-  [options]="base model materials analysis chart widgets views"
-  [printing]="base model materials analysis chart widgets views"
-  [batch]="base model materials analysis"
-  [app]="base model materials analysis chart widgets views grid wizard options printing"
+  [options]="base model materials chart widgets views"
+  [printing]="base model materials chart widgets views"
+  [batch]="base model materials section run job"
+  [app]="base model materials section run job chart widgets views grid wizard options printing"
 )
 # Names of the files that make windows. In a folder that has both halves, what these may include besides.
 declare -A window_files=(
@@ -27,7 +29,7 @@ declare -A window_files=(
   [grid]="grid_window* cell_editor* grid_model*"
   [wizard]="*dialog* *preview*"
 )
-declare -A window_allowed=([grid]="analysis widgets views" [wizard]="materials analysis chart widgets views grid")
+declare -A window_allowed=([grid]="widgets views" [wizard]="materials chart widgets views grid")
 
 # is_window FOLDER FILE
 is_window() {

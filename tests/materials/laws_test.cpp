@@ -8,7 +8,10 @@
 
 #include "base/elementary.h"
 #include "base/fault.h"
+#include "base/files.h"
 #include "base/message_of.h"
+#include "base/number_text.h"
+#include "base/temporary_folder.h"
 #include "materials/designations.h"
 #include "materials/stress_strain.h"
 
@@ -38,7 +41,8 @@ Law lawOf(const std::string& type, const Values& values = {}) {
   steel.UltimateStress = values.fu;
   steel.UltimateStrain = values.eu;
   constexpr int kRow = std::is_same_v<Law, SolidLaw> ? 0 : 1;
-  return Law(std::get<kRow>(std::tie(solid, steel)));
+  StressStrainContext noFiles;
+  return Law(std::get<kRow>(std::tie(solid, steel)), noFiles);
 }
 
 // The formulas written out, every constant worked out anew.
@@ -118,11 +122,11 @@ template <class Law>
 void expectBits(const std::string& type, const Values& values, const std::vector<double>& strains,
                 const auto& longHand) {
   StressStrainContext context;
-  context.confinement = kAnswers;
+  context.memory.confinement = kAnswers;
   Law law = lawOf<Law>(type, values);
   law.stress(0, context);
   std::vector<double> stresses(strains.size());
-  law.stresses(strains, stresses);
+  law.stresses(strains, stresses, context);
   for (std::size_t i = 0; i < strains.size(); ++i) {
     const auto bits = std::bit_cast<std::uint64_t>(longHand(strains[i], type, values));
     ASSERT_EQ(std::bit_cast<std::uint64_t>(law.stress(strains[i], context)), bits) << type << strains[i];
@@ -159,7 +163,7 @@ TEST(Laws, HaveTheBitsOfTheirFormulas) {
 
 TEST(Laws, StressesAndFaultsByHand) {
   StressStrainContext context;
-  context.confinement = kAnswers;
+  context.memory.confinement = kAnswers;
   const auto at = [&](double e, auto law) { return law.stress(e, context); };
   EXPECT_NEAR(at(0.002609, lawOf<SolidLaw>("e Function (Plane)")), 30, 1e-3);
   // fck = 200 kgf/cm2: Ec = 231000, e0 = 0.00156, eu = 0.003717, W = 0.19769, fu = 156.68 kgf/cm2.
@@ -188,7 +192,7 @@ TEST(Laws, StressesAndFaultsByHand) {
   expect(" division by zero", lawOf<TendonLaw>("Steel Bar", {.ey = -0.01, .eu = -0.01}), -0.01);
   EXPECT_THROW(lawOf<SolidLaw>("Steel Bar").stress(0, context), base::InternalError);
   EXPECT_THROW(lawOf<BarLaw>("FRP bar").stress(0, context), base::InternalError);
-  EXPECT_THROW(lawOf<TendonLaw>("FILE").stresses({}, {}), base::InternalError);
+  EXPECT_THROW(lawOf<TendonLaw>("FILE").stress(0, context), base::InternalError);
 }
 
 TEST(Laws, AreTheSameWhereAllThatTheyReadIs) {
@@ -208,17 +212,23 @@ TEST(Laws, AreTheSameWhereAllThatTheyReadIs) {
   EXPECT_FALSE(same(S(), "File", &S::File) || same(B(), "File", &B::File) || same(B(), "Elastic", &B::Type));
 }
 
-TEST(Designations, AreasBelongToThem) {
-  double sum = 0;
-  for (const auto table : {barDesignations(), tendonDesignations()}) {
-    for (const auto& [entry, designation, area] : table) {
-      sum = 2 * std::fmod(sum, 1e6) + area;
+/// Nominal areas are those of circles, to four digits; a deformed bar has the diameter of a plain one of its
+/// mass.
+TEST(Designations, HaveTheNominalAreas) {
+  const double bars[] = {6.35, 9.53, 12.7, 15.9, 19.1, 22.2, 25.4, 28.6, 31.8, 34.9, 38.1, 41.3, 50.8};
+  const double tendons[] = {9.2, 11, 13, 15, 17, 19, 21, 23, 26, 29, 32, 36, 40};
+  const auto expectAreas = [](std::span<const Designation> table, std::span<const double> diameters) {
+    ASSERT_EQ(table.size(), diameters.size());
+    for (std::size_t i = 0; i < table.size(); ++i) {
+      const auto& [entry, designation, area] = table[i];
       EXPECT_EQ(entry, std::string(designation.substr(11)) + " - " + std::string(designation.substr(0, 10)));
+      EXPECT_EQ(base::scientificText(area, 3), base::scientificText(circleArea(diameters[i]), 3)) << entry;
       EXPECT_EQ(designationArea(table, designation), area);
     }
-  }
-  EXPECT_NEAR(sum, 1556756.04, 1e-5);
-  EXPECT_EQ(circleArea(23), 415.4756284372497);
+  };
+  expectAreas(barDesignations(), bars);
+  expectAreas(tendonDesignations(), tendons);
+  EXPECT_EQ(designationArea(barDesignations(), "JIS G 3109 11"), std::nullopt);
 }
 
 /// Writes down all that it is shown and asked.
@@ -258,8 +268,45 @@ TEST(Confinement, IsAskedForOnce) {
   context.startJob();
   EXPECT_EQ(law.stress(0.003, context), solidStress(0.003, "Restoration (Confined)", {}));
   EXPECT_EQ(user.log, shape + "Rectangular section is selected.|" + stress);
-  context.confinement = circle;
+  context.memory.confinement = circle;
   EXPECT_NE(law.stress(0.003, context), solidStress(0.003, "Restoration (Confined)", {}));
+}
+
+TEST(LookOnly, NeitherReadsNorAsksNorMovesTheJob) {
+  const tests::TemporaryFolder folder;
+  base::replaceWholeFile(folder / "jump", "0 0\n10 1\n50 1\n60 2\n");
+  User user;
+  user.answers.str("r,300");
+  StressStrainContext job;
+  job.prompt = &user;
+  job.report = [&](auto& caption, auto&) { user.log += caption; };
+  model::SolidObject row;
+  row.File = folder / "jump";
+  const auto lawOf = [&](const std::string& type) {
+    row.Type = type;
+    return SolidLaw(row, job);
+  };
+  const SolidLaw file = lawOf("File");
+  const SolidLaw confined = lawOf("Restoration (Confined)");
+  row.File = folder / "missing";
+  const SolidLaw missing = lawOf("File");
+
+  StressStrainContext look = job.lookOnly();
+  for (const SolidLaw* law : {&file, &confined, &missing})
+    EXPECT_THROW(law->stress(0.5, look), base::InternalError);
+  EXPECT_EQ(user.log, "");
+
+  // At 1 a search from below finds 10 and one from above 50.
+  EXPECT_EQ(file.stress(0.5, job), 5);
+  const LawMemory before = job.memory;
+  base::replaceWholeFile(folder / "jump", "");
+  look = job.lookOnly();
+  EXPECT_EQ(file.stress(3, look), 0);
+  EXPECT_EQ(file.stress(1, look), 50) << "the points that the job has read";
+  EXPECT_EQ(file.stress(1, job), 10) << "the job stands where it stood";
+  EXPECT_EQ(file.stress(3, job), 0);
+  job.memory = before;
+  EXPECT_EQ(file.stress(1, job), 10) << "a memory that comes back brings back what a law gave";
 }
 
 }  // namespace

@@ -63,26 +63,27 @@ TEST(UserCurve, FileAndCursorStayFromCallToCall) {
   };
   for (const auto& [script, expected] : runs) {
     for (const auto& [name, text] : files) base::replaceWholeFile(folder / name, text);
-    UserCurveCache cache("fncSSBarFile");
+    UserCurves curves("fncSSBarFile");
+    CurvePlace place;
     std::string answers;
     std::istringstream words(script);
     for (std::string word; words >> word;) {
       if (word == "+") base::replaceWholeFile(folder / "two", "0 0\n20 1\n");
-      if (word == "*") cache.startJob();
+      if (word == "*") curves.startJob(place);
       if (word == "+" || word == "*") continue;
       double e = 0;
       words >> e;
       const auto report = [&](auto&...) { answers += "!"; };
       const auto path = (folder / word).string();
-      const auto message =
-          tests::messageOf([&] { return answers += base::plainText(cache.stress(e, path, report)); });
+      const auto stress = [&] { return curves.stress(e, curves.numberOf(path), place, report); };
+      const auto message = tests::messageOf([&] { return answers += base::plainText(stress()); });
       answers += (message == "no error" ? "" : message.substr(message.rfind(": ") + 2)) + "; ";
     }
     EXPECT_EQ(answers, expected) << script;
   }
 }
 
-TEST(UserCurve, EveryTableHasItsOwnCache) {
+TEST(UserCurve, EveryTableHasItsOwn) {
   StressStrainContext context;
   std::string told;
   context.report = [&](const std::string& caption, const std::string&) { told += caption + " "; };

@@ -8,11 +8,12 @@
 #include <QPrinter>
 #include <QRegularExpression>
 
-#include "analysis/models.h"
 #include "chart/control.h"
+#include "model/models.h"
 #include "views/chart_window.h"
 #include "views/fake_shell.h"
 #include "views/table_window.h"
+#include "views/written_run.h"
 
 namespace torvik::printing {
 namespace {
@@ -34,15 +35,11 @@ int pagesOf(const views::ChildWindow& child, QPageLayout::Orientation orientatio
 
 TEST(Printing, ATableTakesAsManyPagesAsItsRowsAndColumnsNeed) {
   views::FakeShell shell;
-  views::TableWindow window(shell, views::TableKind::Solver, {});
+  tests::WrittenRun written({});
+  views::TableWindow window(shell, views::TableKind::Solver, written.run);
   EXPECT_EQ(pagesOf(window, QPageLayout::Portrait), 1) << "the headings alone";
-  views::ResultTable& table = window.table();
-  for (int step = 0; step < 200; ++step) {
-    table.beginRow(step);
-    for (int column = 0; column < table.columnCount(); ++column) table.cell(column, -123456.789012345);
-    table.endRow();
-  }
-  table.flushNow();
+  written.addSteps(200);
+  window.catchUp();
   const int portrait = pagesOf(window, QPageLayout::Portrait);
   const int landscape = pagesOf(window, QPageLayout::Landscape);
   EXPECT_GE(portrait, 3);
@@ -50,9 +47,9 @@ TEST(Printing, ATableTakesAsManyPagesAsItsRowsAndColumnsNeed) {
   const views::ChartWindow chart(shell, static_cast<int>(views::ChartKind::MomentCurvature));
   EXPECT_EQ(pagesOf(chart, QPageLayout::Landscape), 1);
   model::ObjectTables wide;
-  wide.Solids.assign(30, analysis::solidOf(100, 150, 0));
+  wide.Solids.assign(30, tests::solidOf(100, 150, 0));
   for (auto& solid : wide.Solids) solid.Output = 1;
-  views::TableWindow wideWindow(shell, views::TableKind::Solver, wide);
+  views::TableWindow wideWindow(shell, views::TableKind::Solver, tests::WrittenRun(wide).run);
   EXPECT_GE(pagesOf(wideWindow, QPageLayout::Portrait), 3) << "columns beside one another";
 }
 

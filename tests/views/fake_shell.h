@@ -21,7 +21,7 @@ class FakeShell : public Shell {
   int popups = 0;
   int optionsTab = -1;
 
-  [[nodiscard]] analysis::RunState runState() const override { return analysis::RunState::AtRest; }
+  [[nodiscard]] job::JobState jobState() const override { return job::JobState::AtRest; }
   [[nodiscard]] base::ProfileFile readSettings() const override {
     return base::ProfileFile::ofText(settings.text(), "torvik.ini");
   }

@@ -4,11 +4,11 @@
 #include <cmath>
 #include <fstream>
 
-#include "analysis/models.h"
 #include "base/errors.h"
 #include "base/raises51.h"
 #include "base/temporary_folder.h"
 #include "chart/matrix_text.h"
+#include "model/models.h"
 #include "views/chart_window.h"
 #include "views/fake_shell.h"
 #include "views/figures.h"
@@ -20,14 +20,14 @@ namespace {
 TEST(Figures, section_has_a_series_for_each_object) {
   constexpr double kAreaOf10 = 78.53981633974475;  // of a diameter of 10
   model::ObjectTables job;
-  job.Solids = {analysis::solidOf(100, 50, 25), analysis::solidOf(100, 50, 75)};
+  job.Solids = {tests::solidOf(100, 50, 25), tests::solidOf(100, 50, 75)};
   job.Solids[0].Number = 3;
-  job.Bars = {analysis::barOf(1, kAreaOf10, 40), analysis::barOf(2, kAreaOf10, 60),
-              analysis::barOf(0, kAreaOf10, 80), analysis::barOf(2, 126.7, 90)};
+  job.Bars = {tests::barOf(1, kAreaOf10, 40), tests::barOf(2, kAreaOf10, 60), tests::barOf(0, kAreaOf10, 80),
+              tests::barOf(2, 126.7, 90)};
   job.Bars[1].Diameter = "JIS G 3112 D13";
-  job.Tendons = {analysis::tendonOf(kAreaOf10, 70, "Pre-tensioning")};
+  job.Tendons = {tests::tendonOf(kAreaOf10, 70, "Pre-tensioning")};
   job.Tendons[0].Number = 3;
-  job.AxialForces = {analysis::axialOf(1000, 200)};
+  job.AxialForces = {tests::axialOf(1000, 200)};
   job.AxialForces[0].Number = 2;
 
   FakeShell shell;
@@ -50,8 +50,8 @@ TEST(Figures, section_has_a_series_for_each_object) {
 
   // Drawn anew, nothing of the earlier section stays.
   job = {};
-  job.Solids = {analysis::solidOf(100, 50, 25)};
-  job.Bars = {analysis::barOf(6, kAreaOf10, 0)};
+  job.Solids = {tests::solidOf(100, 50, 25)};
+  job.Bars = {tests::barOf(6, kAreaOf10, 0)};
   drawSection(chart, job);
   EXPECT_EQ(chart.RowCount(), 7);
   EXPECT_EQ(seriesOf(chart, 5), "50,0;50,-50;-50,-50;-50,0;50,0;");
@@ -61,7 +61,7 @@ TEST(Figures, section_has_a_series_for_each_object) {
 }
 
 TEST(Figures, beam_is_drawn_with_a_margin_for_the_scale) {
-  model::BeamObject beam = analysis::beamOf(4000, 1000, 10);
+  model::BeamObject beam = tests::beamOf(4000, 1000, 10);
   beam.BeamTop = -50;
   beam.BeamBottom = 450;
   FakeShell shell;
@@ -84,7 +84,7 @@ class StressStrain : public ::testing::Test {
 };
 
 TEST_F(StressStrain, chart_has_curve_and_watch_point) {
-  row.Solids = {analysis::solidOf(1, 1, 0)};
+  row.Solids = {tests::solidOf(1, 1, 0)};
   row.Solids[0].WatchStrain = "0.002";
   draw(model::ObjectKind::Solid);
   EXPECT_EQ(chart.RowCount(), 1103);
@@ -96,7 +96,7 @@ TEST_F(StressStrain, chart_has_curve_and_watch_point) {
   std::ofstream(file) << "0,0\n300,0.002\n";
   for (const auto& [key, value] : {std::pair{"From", "-0.001"}, {"To", "0.003"}, {"Step", "0.001"}})
     shell.settings.ProfileWrite("Option", std::string("StrainBar") + key, value);
-  row.Bars = {analysis::barOf(1, 100, 0)};
+  row.Bars = {tests::barOf(1, 100, 0)};
   row.Bars[0].Type = "File";
   row.Bars[0].File = file;
   draw(model::ObjectKind::Bar);
@@ -106,7 +106,7 @@ TEST_F(StressStrain, chart_has_curve_and_watch_point) {
             "Chart - Stress-Strain - Solid - JSCE (Design) - Bar - File - " + file);
 
   // No step, no way from From to To, a watch strain that is none: what stood there is gone.
-  row.Tendons = {analysis::tendonOf(100, 0, "")};
+  row.Tendons = {tests::tendonOf(100, 0, "")};
   shell.settings.ProfileWrite("Option", "StrainTendonStep", "0");
   EXPECT_THROW(draw(model::ObjectKind::Tendon), base::NumericFault);
   EXPECT_EQ(seriesOf(chart, 1), "");
